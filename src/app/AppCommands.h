@@ -1,0 +1,93 @@
+#pragma once
+
+#include "app/AppState.h"
+#include "app/settings/Localisation.h"
+#include "library/NoteAction.h"
+#include "platform/NotificationCenter.h"
+
+#include <functional>
+#include <span>
+#include <string>
+
+namespace corvel {
+
+enum class CommandID {
+    newNote,
+    open,
+    importMarkdown,
+    sendAsEmail,
+    exportNote,
+    bold,
+    italic,
+    strikethrough,
+    heading,
+    link,
+    codeBlock,
+    taskList,
+    toggleSplitView,
+    togglePreview,
+    readerMode,
+    assistant,
+    findInAllNotes,
+    togglePin,
+    toggleArchive,
+    moveToTrash,
+    toggleSidebar,
+    nextPane,
+    previousPane,
+    switchLanguage,
+    preferences,
+    shortcuts,
+    markdownGuide,
+    reportProblem,
+    about,
+    quit,
+};
+
+/// The menu that shows a command.
+enum class CommandGroup { file, format, view, note, help, application };
+
+/// One row of the command table: menus, tooltips, the shortcuts window and the window's actions are
+/// made from these.
+struct Command {
+    CommandID id;
+    CommandGroup group;
+    const char* actionName;  ///< of the window's action, without prefix
+    Text label;
+    const char* accelerator;  ///< GTK's form, for example "<Control><Shift>f"; empty for none
+    bool isAvailable;         ///< false for what this version cannot do yet: shown, but disabled
+};
+
+/// The commands of the menus. A command changes the state or posts a notification; it never calls a
+/// view.
+class AppCommands {
+public:
+    /// Opens one of the program's further windows: shortcuts, about, preferences.
+    using WindowOpener = std::function<void(CommandID)>;
+
+    AppCommands(AppState& state,
+                NotificationCenter& notifications,
+                Preferences& preferences,
+                WindowOpener openWindow);
+
+    static std::span<const Command> table();
+    static const Command& command(CommandID id);
+    /// "Ctrl+Shift+F", or an empty text.
+    static std::string shortcutText(CommandID id);
+
+    /// False for what is not available, and for note commands while no note is selected.
+    bool isEnabled(CommandID id) const;
+    /// Does nothing while the command is not enabled.
+    void activate(CommandID id);
+
+private:
+    void postNoteAction(NoteActionType type);
+    void toggleMode(EditorMode mode);
+
+    AppState& m_state;
+    NotificationCenter& m_notifications;
+    Preferences& m_preferences;
+    WindowOpener m_openWindow;
+};
+
+}  // namespace corvel

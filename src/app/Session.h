@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/AppCommands.h"
+#include "app/AppState.h"
+#include "app/EditorViewModel.h"
+#include "app/settings/Localisation.h"
+#include "app/settings/Preferences.h"
+#include "library/Library.h"
+#include "library/MarkdownImporter.h"
+#include "library/NoteListViewModel.h"
+#include "library/SidebarViewModel.h"
+#include "markdown/MarkdownParserService.h"
+#include "platform/NotificationCenter.h"
+#include "platform/UserDefaults.h"
+
+#include <vector>
+
+namespace corvel {
+
+/// Everything a main window stands on, made once and tied together: the state drives the list and
+/// the editor, the list's news drive the state. Free of widgets.
+class Session {
+public:
+    /// `controller` and `defaults` must outlive the session.
+    Session(PersistenceController& controller,
+            UserDefaults& defaults,
+            AppCommands::WindowOpener openWindow);
+
+    Preferences preferences;
+    Localisation texts;
+    NotificationCenter notifications;
+    AppState state;
+    Library library;
+    NoteListViewModel list;
+    SidebarViewModel sidebar;
+    EditorViewModel editor;
+    AppCommands commands;
+    MarkdownParserService parser;
+    MarkdownImporter importer;
+
+    /// Filter, order, mode and note of the last run; then the first load of list and sidebar.
+    void start();
+    /// Saves the open note and remembers what `start` brings back. False when the store refused the
+    /// save: the caller then asks before anything is closed.
+    bool finish();
+
+private:
+    void bindList();
+    void bindEditor();
+    void rememberState();
+
+    std::vector<ScopedConnection> m_connections;
+};
+
+}  // namespace corvel

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/ScopedConnection.h"
+#include "platform/Uuid.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace corvel {
+
+class Library;
+
+enum class ImportFault { unreadable, notText, notAFile, storeFailed };
+
+struct ImportReport {
+    struct Skipped {
+        std::filesystem::path path;
+        ImportFault reason;
+    };
+    std::size_t imported = 0;
+    std::vector<Skipped> skipped;
+    std::vector<std::filesystem::path>
+        missingImages;  ///< referenced, but not found or not readable
+    bool wasCancelled = false;
+    std::optional<Uuid> lastNoteID;
+};
+
+struct ImportOptions {
+    bool keepFolders = false;        ///< sub-folders on disk become folders of the library
+    std::optional<Uuid> intoFolder;  ///< a folder of the library that takes the notes
+};
+
+/// Takes Markdown files and whole folders into the library, in slices on the main loop, each file
+/// whole or not at all. Destroying the importer cancels what is left.
+class MarkdownImporter {
+public:
+    /// `done` of `found` files; `found` grows while folders are read.
+    using Progress = std::function<void(std::size_t done, std::size_t found)>;
+    using Done = std::function<void(const ImportReport& report)>;
+
+    explicit MarkdownImporter(Library& library);
+    ~MarkdownImporter();
+
+    /// Calls `done` exactly once, on the main loop, never before this function returns.
+    void start(std::vector<std::filesystem::path> paths,
+               ImportOptions options,
+               Progress progress,
+               Done done);
+    /// Files already imported stay; `done` follows.
+    void cancel();
+    bool isRunning() const;
+
+private:
+    class Job;
+    Library& m_library;
+    std::unique_ptr<Job> m_job;
+};
+
+}  // namespace corvel

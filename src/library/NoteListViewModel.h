@@ -1,0 +1,104 @@
+#pragma once
+
+#include "library/NoteAction.h"
+#include "library/NoteListing.h"
+#include "library/SearchIndex.h"
+#include "library/SidebarFilter.h"
+#include "library/SortOption.h"
+#include "platform/NotificationCenter.h"
+
+#include <sigc++/signal.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvel {
+
+class Library;
+
+/// A change of the list: at `position`, `removed` rows went and `added` came.
+struct ListSplice {
+    std::size_t position;
+    std::size_t removed;
+    std::size_t added;
+};
+
+/// The notes of the selected filter in the chosen order, or the hits of a search. Holds row ids
+/// alone; a row's record is read when it is shown. Failures of the store are printed as one line
+/// and leave the list as it was.
+class NoteListViewModel {
+public:
+    NoteListViewModel(Library& library, NotificationCenter& notifications);
+
+    // What is listed.
+    const SidebarFilter& filter() const { return m_filter; }
+    void setFilter(const SidebarFilter& filter);
+    SortOption sortOption() const { return m_sort; }
+    void setSortOption(SortOption sort);
+    /// With a query the list shows its hits; an empty one brings the filter's list back.
+    void setSearchQuery(const std::string& query);
+    const std::string& searchQuery() const { return m_query; }
+    bool isSearching() const { return !m_query.empty(); }
+
+    std::size_t size() const { return m_rows.size(); }
+    RowId rowAt(std::size_t position) const { return m_rows[position]; }
+    /// None when the note has gone meanwhile.
+    std::optional<NoteSummary> summaryAt(std::size_t position) const;
+    std::optional<NoteSummary> summaryOf(RowId row) const;
+    std::optional<std::size_t> positionOf(const Uuid& id) const;
+    void reload();
+    /// Asks a search for more hits when the reader nears the end of those shown.
+    void showMore();
+
+    // What can be done with notes; each reloads what changed and posts `folderDidChange` where
+    // counts may.
+    /// Stores an empty note, in the selected folder when there is one; emits `signalCreated`.
+    std::optional<Uuid> createNote();
+    void perform(const NoteAction& action);
+    void togglePin(const std::vector<Uuid>& ids);
+    void toggleArchive(const std::vector<Uuid>& ids);
+    void moveToTrash(const std::vector<Uuid>& ids);
+    void restoreFromTrash(const std::vector<Uuid>& ids);
+    void deletePermanently(const std::vector<Uuid>& ids);
+    void addToFolder(const std::vector<Uuid>& ids, const Uuid& folderID);
+    void removeFromFolder(const std::vector<Uuid>& ids, const Uuid& folderID);
+    void removeFromAllFolders(const std::vector<Uuid>& ids);
+
+    sigc::signal<void(const ListSplice&)>& signalSpliced() { return m_spliced; }
+    /// Rows may show something else now, at the same places.
+    sigc::signal<void()>& signalRowsChanged() { return m_rowsChanged; }
+    /// Filter, order or query changed: the list is another one and starts at its top.
+    sigc::signal<void()>& signalReplaced() { return m_replaced; }
+    sigc::signal<void(const Uuid&)>& signalCreated() { return m_created; }
+    /// Notes went to the trash: what a toast with undo is for.
+    sigc::signal<void(const std::vector<Uuid>&)>& signalTrashed() { return m_trashed; }
+
+private:
+    void load();
+    std::vector<RowId> currentRows();
+    void show(std::vector<RowId> rows);
+    void noteChanged();
+    void forEach(const std::vector<Uuid>& ids,
+                 const char* failure,
+                 const std::function<void(const Uuid&)>& operation);
+
+    Library& m_library;
+    NotificationCenter& m_notifications;
+    SidebarFilter m_filter;
+    SortOption m_sort = SortOption::modifiedDate;
+    std::string m_query;
+    std::size_t m_wantedHits;
+    std::vector<RowId> m_rows;
+    std::vector<ScopedConnection> m_connections;
+    sigc::signal<void(const ListSplice&)> m_spliced;
+    sigc::signal<void()> m_rowsChanged;
+    sigc::signal<void()> m_replaced;
+    sigc::signal<void(const Uuid&)> m_created;
+    sigc::signal<void(const std::vector<Uuid>&)> m_trashed;
+};
+
+}  // namespace corvel

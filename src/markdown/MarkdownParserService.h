@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/Uuid.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvel {
+
+/// Fonts and sizes of the e-mail page.
+struct EmailStyle {
+    std::string bodyFont;
+    std::string codeFont;
+    double fontSize;    ///< points, written as whole pixels; must be finite
+    double lineHeight;  ///< multiple of the font size
+};
+
+/// Turns Markdown text into HTML by the program's own rules. Rendering cannot fail: any text
+/// parses.
+class MarkdownParserService {
+public:
+    struct AttachmentData {
+        std::string mimeType;
+        std::vector<std::uint8_t> bytes;
+    };
+    /// Finds an attachment's data; none when there is no such attachment or it has no data.
+    using AttachmentSource = std::function<std::optional<AttachmentData>(const Uuid&)>;
+
+    explicit MarkdownParserService(AttachmentSource attachments = {});
+
+    /// The fragment of HTML for `markdown`, without a wrapper element.
+    static std::string renderBody(std::string_view markdown);
+    /// The identifier of a heading with this plain text.
+    static std::string headingSlug(std::string_view plainText);
+
+    /// Attachment references and local image files become `data:` URLs, `{width=…}` becomes a
+    /// style.
+    std::string postProcessImages(std::string html) const;
+
+    static std::string fullPage(std::string_view title,
+                                std::string_view css,
+                                std::string_view body);
+    static std::string emailPage(std::string_view title,
+                                 std::string_view body,
+                                 const EmailStyle& style);
+
+    /// "&", "<", ">" and the double quote as entities.
+    static std::string escaped(std::string_view text);
+
+private:
+    AttachmentSource m_attachments;
+};
+
+}  // namespace corvel

@@ -1,0 +1,101 @@
+#include "model/ViewContext.h"
+
+#include "platform/MainThread.h"
+
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+bool mayWorkLater(const StoreError& error) {
+    return error.fault() != StoreFault::invalid && error.fault() != StoreFault::corrupt;
+}
+
+}  // namespace
+
+ViewContext::ViewContext(Database& database) : m_database(database) {}
+
+ViewContext::~ViewContext() {
+    if (!m_database.inTransaction()) return;
+    try {
+        m_database.execute("ROLLBACK");
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch): closing rolls back as well
+    }
+}
+
+void ViewContext::apply(Change change, std::string key) {
+    checkMainThread();
+    try {
+        ensureTransaction();
+        runOne(change);
+    } catch (const StoreError& error) {
+        const bool keep = mayWorkLater(error);
+        if (keep) remember(std::move(change), std::move(key));
+        m_replayNeeded = !m_unsaved.empty() && (keep || !m_database.inTransaction());
+        replayQuietly();
+        throw;
+    }
+    remember(std::move(change), std::move(key));
+}
+
+void ViewContext::save() {
+    checkMainThread();
+    if (m_unsaved.empty()) return;
+    ensureTransaction();
+    try {
+        m_database.execute("COMMIT");
+    } catch (const StoreError&) {
+        if (!m_database.inTransaction()) m_replayNeeded = true;
+        replayQuietly();
+        throw;
+    }
+    m_unsaved.clear();
+}
+
+void ViewContext::ensureTransaction() {
+    if (m_replayNeeded) replay();
+    if (!m_database.inTransaction()) m_database.execute("BEGIN IMMEDIATE");
+}
+
+void ViewContext::runOne(const Change& change) {
+    m_database.execute("SAVEPOINT change");
+    try {
+        change(m_database);
+        m_database.execute("RELEASE change");
+    } catch (...) {
+        if (m_database.inTransaction()) {
+            m_database.execute("ROLLBACK TO change");
+            m_database.execute("RELEASE change");
+        }
+        throw;
+    }
+}
+
+void ViewContext::remember(Change change, std::string key) {
+    if (!key.empty() && !m_unsaved.empty() && m_unsaved.back().key == key) {
+        m_unsaved.back().change = std::move(change);
+    } else {
+        m_unsaved.push_back({std::move(key), std::move(change)});
+    }
+}
+
+void ViewContext::replay() {
+    if (m_database.inTransaction()) m_database.execute("ROLLBACK");
+    m_database.execute("BEGIN IMMEDIATE");
+    for (const auto& unsaved : m_unsaved) {
+        runOne(unsaved.change);
+    }
+    m_replayNeeded = false;
+}
+
+void ViewContext::replayQuietly() {
+    if (!m_replayNeeded) return;
+    try {
+        replay();
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch): tried again by the next change
+                                   // or save
+    }
+}
+
+}  // namespace corvel

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Database.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace corvel {
+
+/// The store's one connection with its set of unsaved changes: an open transaction. The first
+/// change begins it, `save` commits it, and nothing to commit writes nothing.
+///
+/// SQLite rolls a transaction back by itself when a disk is full. The context therefore remembers
+/// every change since the last save as a function and applies them again, so that unsaved changes
+/// outlive a failed save and are written by the next one that succeeds.
+class ViewContext {
+public:
+    /// A change must give the same rows whenever it runs, and hold by value what it writes.
+    using Change = std::function<void(Database&)>;
+
+    explicit ViewContext(Database& database);  // the database must outlive this context
+    ViewContext(const ViewContext&) = delete;
+    ViewContext& operator=(const ViewContext&) = delete;
+    ~ViewContext();
+
+    /// Runs `change` now. When it throws because the store cannot write, the change is kept for the
+    /// next save and the error is passed on; after any other error nothing of it remains. A change
+    /// with the same non-empty `key` as the last unsaved one replaces it in what is remembered.
+    void apply(Change change, std::string key = {});
+
+    bool hasChanges() const { return !m_unsaved.empty(); }
+
+    /// Commits the unsaved changes. Throws StoreError and keeps them when that fails.
+    void save();
+
+    /// For reading; unsaved changes are seen.
+    Database& database() const { return m_database; }
+
+private:
+    struct Unsaved {
+        std::string key;
+        Change change;
+    };
+
+    void ensureTransaction();
+    void runOne(const Change& change);
+    void remember(Change change, std::string key);
+    void replay();
+    void replayQuietly();
+
+    Database& m_database;
+    std::vector<Unsaved> m_unsaved;
+    bool m_replayNeeded = false;
+};
+
+}  // namespace corvel

@@ -1,0 +1,200 @@
+#include "platform/Database.h"
+
+#include "platform/MainThread.h"
+
+#include <sqlite3.h>
+
+#include <cstring>
+
+namespace corvel {
+
+namespace {
+
+StoreFault faultOf(int code) {
+    switch (code & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+            return StoreFault::locked;
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+            return StoreFault::corrupt;
+        case SQLITE_READONLY:
+        case SQLITE_PERM:
+        case SQLITE_CANTOPEN:
+            return StoreFault::readOnly;
+        case SQLITE_FULL:
+            return StoreFault::diskFull;
+        case SQLITE_CONSTRAINT:
+        case SQLITE_MISMATCH:
+        case SQLITE_TOOBIG:
+        case SQLITE_RANGE:
+        case SQLITE_MISUSE:
+        case SQLITE_ERROR:
+            return StoreFault::invalid;
+        default:
+            return StoreFault::failed;
+    }
+}
+
+[[noreturn]] void throwStoreError(const SQLite::Exception& error) {
+    throw StoreError(faultOf(error.getErrorCode()), error.what());
+}
+
+template <typename Work>
+auto translated(Work&& work) {
+    try {
+        return work();
+    } catch (const SQLite::Exception& error) {
+        throwStoreError(error);
+    }
+}
+
+constexpr int kBusyTimeoutMilliseconds = 2000;
+
+}  // namespace
+
+Query::Query(Database& database, StatementHandle statement, std::string_view sql)
+    : m_database(&database), m_statement(std::move(statement)), m_sql(sql) {}
+
+Query::~Query() {
+    if (!m_statement) return;
+    sqlite3_reset(raw());
+    sqlite3_clear_bindings(raw());
+    try {
+        m_database->m_idle[m_sql].push_back(std::move(m_statement));
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the statement is simply not kept
+    }
+}
+
+void Query::check(int result) const {
+    if (result != SQLITE_OK)
+        throw StoreError(faultOf(result), sqlite3_errmsg(m_database->handle()));
+}
+
+void Query::bindAt(int position, std::int64_t value) {
+    check(sqlite3_bind_int64(raw(), position, value));
+}
+
+void Query::bindAt(int position, double value) {
+    check(sqlite3_bind_double(raw(), position, value));
+}
+
+void Query::bindAt(int position, std::string_view text) {
+    // An empty view may have no address, which SQLite would take for NULL.
+    const char* data = text.data() != nullptr ? text.data() : "";
+    check(sqlite3_bind_text64(raw(), position, data, text.size(), SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void Query::bindAt(int position, const Uuid& id) {
+    check(sqlite3_bind_blob(raw(), position, id.bytes.data(), static_cast<int>(id.bytes.size()),
+                            SQLITE_STATIC));
+}
+
+void Query::bindAt(int position, const std::vector<std::uint8_t>& blob) {
+    const void* data = blob.empty() ? "" : static_cast<const void*>(blob.data());
+    check(sqlite3_bind_blob64(raw(), position, data, blob.size(), SQLITE_STATIC));
+}
+
+void Query::bindAt(int position, std::nullptr_t) {
+    check(sqlite3_bind_null(raw(), position));
+}
+
+bool Query::next() {
+    const int result = sqlite3_step(raw());
+    if (result == SQLITE_ROW) return true;
+    if (result != SQLITE_DONE) check(result);
+    return false;
+}
+
+int Query::run() {
+    while (next()) {
+    }
+    return sqlite3_changes(m_database->handle());
+}
+
+bool Query::isNull(int column) const {
+    return sqlite3_column_type(raw(), column) == SQLITE_NULL;
+}
+
+std::int64_t Query::integer(int column) const {
+    return sqlite3_column_int64(raw(), column);
+}
+
+std::string_view Query::text(int column) const {
+    const auto* data = reinterpret_cast<const char*>(sqlite3_column_text(raw(), column));
+    if (data == nullptr) return {};
+    return {data, static_cast<std::size_t>(sqlite3_column_bytes(raw(), column))};
+}
+
+Uuid Query::uuid(int column) const {
+    Uuid id;
+    const void* data = sqlite3_column_blob(raw(), column);
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(raw(), column));
+    if (data != nullptr && size == id.bytes.size()) std::memcpy(id.bytes.data(), data, size);
+    return id;
+}
+
+std::vector<std::uint8_t> Query::blob(int column) const {
+    const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(raw(), column));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(raw(), column));
+    return data == nullptr ? std::vector<std::uint8_t>{}
+                           : std::vector<std::uint8_t>(data, data + size);
+}
+
+Database::Database(const std::filesystem::path& file) {
+    translated([&] {
+        m_database = std::make_unique<SQLite::Database>(
+            file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, kBusyTimeoutMilliseconds);
+        configure();
+    });
+}
+
+Database::Database() {
+    translated([&] {
+        m_database = std::make_unique<SQLite::Database>(
+            ":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        configure();
+    });
+}
+
+void Database::configure() {
+    m_database->exec("PRAGMA journal_mode=WAL");
+    m_database->exec("PRAGMA synchronous=FULL");
+    m_database->exec("PRAGMA foreign_keys=ON");
+}
+
+Query Database::query(std::string_view sql) {
+    checkMainThread();
+    auto& idle = m_idle[sql];
+    if (idle.empty()) return {*this, prepare(sql), sql};
+    auto statement = std::move(idle.back());
+    idle.pop_back();
+    return {*this, std::move(statement), sql};
+}
+
+StatementHandle Database::prepare(std::string_view sql) {
+    sqlite3_stmt* statement = nullptr;
+    const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
+                                          SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    if (result != SQLITE_OK) throw StoreError(faultOf(result), sqlite3_errmsg(handle()));
+    return StatementHandle(statement);
+}
+
+void Database::execute(const std::string& sql) {
+    checkMainThread();
+    translated([&] { m_database->exec(sql); });
+}
+
+std::int64_t Database::lastInsertedRow() const {
+    return m_database->getLastInsertRowid();
+}
+
+bool Database::inTransaction() const {
+    return sqlite3_get_autocommit(handle()) == 0;
+}
+
+sqlite3* Database::handle() const {
+    return m_database->getHandle();
+}
+
+}  // namespace corvel

@@ -1,0 +1,15 @@
+#include "platform/Paths.h"
+
+#include <glibmm/miscutils.h>
+
+namespace corvel::paths {
+
+std::filesystem::path applicationSupport() {
+    return std::filesystem::path(Glib::get_user_data_dir()) / "qno Corvel";
+}
+
+std::filesystem::path preferencesFile() {
+    return std::filesystem::path(Glib::get_user_config_dir()) / "qno-corvel" / "preferences.ini";
+}
+
+}  // namespace corvel::paths

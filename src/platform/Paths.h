@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+
+namespace corvel {
+
+/// The program's folders under the XDG base directories. Nothing here creates them.
+namespace paths {
+
+/// "qno Corvel" under the XDG data home: the store and what lies beside it.
+std::filesystem::path applicationSupport();
+
+/// The preference file under the XDG config home.
+std::filesystem::path preferencesFile();
+
+}  // namespace paths
+}  // namespace corvel

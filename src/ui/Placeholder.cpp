@@ -1,0 +1,1 @@
+#include <gtkmm/application.h>
