@@ -15,8 +15,9 @@ enum class CommandID {
     newNote,
     open,
     importMarkdown,
-    sendAsEmail,
+    importFolder,
     exportNote,
+    sendAsEmail,
     bold,
     italic,
     strikethrough,
@@ -24,17 +25,17 @@ enum class CommandID {
     link,
     codeBlock,
     taskList,
+    findInAllNotes,
     toggleSplitView,
     togglePreview,
     readerMode,
     assistant,
-    findInAllNotes,
-    togglePin,
-    toggleArchive,
-    moveToTrash,
     toggleSidebar,
     nextPane,
     previousPane,
+    togglePin,
+    toggleArchive,
+    moveToTrash,
     switchLanguage,
     preferences,
     shortcuts,
@@ -62,7 +63,8 @@ struct Command {
 /// view.
 class AppCommands {
 public:
-    /// Opens one of the program's further windows: shortcuts, about, preferences.
+    /// Does what only a window can: opens the shortcuts, the about window or a folder chooser,
+    /// moves between panes, quits.
     using WindowOpener = std::function<void(CommandID)>;
 
     AppCommands(AppState& state,

@@ -49,6 +49,9 @@ public:
     /// The title to show: the user's own, or the one that follows the text.
     std::string title() const;
 
+    /// Reads the folders of the open note anew, after links of notes to folders changed.
+    void refreshFolders();
+
     /// Saves now if something was edited. False when the store refused; the text stays with the
     /// view and the next save tries again.
     bool save();
@@ -64,18 +67,23 @@ public:
     sigc::signal<void()>& signalOpened() { return m_opened; }
     /// The text rested for a moment: render it. Carries the text.
     sigc::signal<void(const std::string&)>& signalRender() { return m_render; }
+    /// Pin, archive, trash or folders of the open note changed; its text did not.
+    sigc::signal<void()>& signalStateChanged() { return m_stateChanged; }
     sigc::signal<void()>& signalSaveStateChanged() { return m_saveStateChanged; }
     /// Title that follows the text or word count changed.
     sigc::signal<void()>& signalDerivedChanged() { return m_derivedChanged; }
 
 private:
-    std::string currentText() const;
-    bool titleFollowsText() const;
+    void startSession();
+    void removeUntouched(const Uuid& id);
+    void edited();
+    void scheduleSave();
     void pauseReached();
-    void deriveFrom(const std::string& text);
-    void setSaveState(SaveState state);
+    void deriveFrom(const std::string& content);
+    std::string currentText() const;
+    bool write(Note note);
+    void markSaved(std::optional<Date> savedAt);
     void noteChangedElsewhere(const NoteChange& change);
-    void discardIfEmptyNew();
 
     NoteRepository& m_notes;
     const Preferences& m_preferences;
@@ -92,6 +100,7 @@ private:
     ScopedConnection m_changes;
     sigc::signal<void()> m_opened;
     sigc::signal<void(const std::string&)> m_render;
+    sigc::signal<void()> m_stateChanged;
     sigc::signal<void()> m_saveStateChanged;
     sigc::signal<void()> m_derivedChanged;
 };

@@ -47,6 +47,10 @@ public:
 private:
     void bindList();
     void bindEditor();
+    void updateSearch();
+    void openSelected();
+    void showCreated(const Uuid& id);
+    void forgetMissingFolder();
     void rememberState();
 
     std::vector<ScopedConnection> m_connections;

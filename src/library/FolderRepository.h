@@ -1,15 +1,16 @@
 #pragma once
 
+#include "library/NoteSummary.h"
 #include "model/Folder.h"
 
-#include <sigc++/signal.h>
-
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace corvel {
 
+class Database;
 class ViewContext;
 
 /// Folders and the links of notes to them. An id that is not found makes an operation do nothing.
@@ -38,6 +39,8 @@ public:
     std::vector<Uuid> folderIDsOf(const Uuid& noteID) const;
 
 private:
+    void changeLinks(const Uuid& noteID, std::function<void(Database&, RowId)> change);
+
     ViewContext& m_context;
 };
 

@@ -13,8 +13,10 @@ class PersistenceController;
 /// The services over one store, made once and handed to the view models.
 class Library {
 public:
-    /// Brings the derived rows up to date first. The controller must outlive the library.
-    explicit Library(PersistenceController& controller);
+    /// Brings the derived rows up to date first. The store must outlive the library.
+    explicit Library(PersistenceController& store);
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
 
     PersistenceController& controller;
     NoteRepository notes;
@@ -22,6 +24,9 @@ public:
     AttachmentRepository attachments;
     NoteListing listing;
     SearchIndex searchIndex;
+
+private:
+    void updateSearchIndex(const NoteChange& change);
 };
 
 }  // namespace corvel

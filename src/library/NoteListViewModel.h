@@ -2,6 +2,7 @@
 
 #include "library/NoteAction.h"
 #include "library/NoteListing.h"
+#include "library/NoteRepository.h"
 #include "library/SearchIndex.h"
 #include "library/SidebarFilter.h"
 #include "library/SortOption.h"
@@ -11,6 +12,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +53,8 @@ public:
     std::optional<NoteSummary> summaryOf(RowId row) const;
     std::optional<std::size_t> positionOf(const Uuid& id) const;
     void reload();
+    /// False while a search still looks through the library: an empty list is then no answer yet.
+    bool isSearchFinished() const;
     /// Asks a search for more hits when the reader nears the end of those shown.
     void showMore();
 
@@ -78,10 +82,19 @@ public:
     sigc::signal<void(const std::vector<Uuid>&)>& signalTrashed() { return m_trashed; }
 
 private:
-    void load();
-    std::vector<RowId> currentRows();
-    void show(std::vector<RowId> rows);
-    void noteChanged();
+    static constexpr std::size_t kHitsAtOnce = 200;
+
+    void replace();
+    std::vector<RowId> readRows();
+    std::vector<RowId> searchHits();
+    void continueSearch();
+    void show(const std::vector<RowId>& rows);
+    void noteChanged(const NoteChange& change);
+    void patch(RowId row);
+    void toggleTowards(const std::vector<Uuid>& ids,
+                       bool NoteSummary::*flag,
+                       const char* failure,
+                       void (NoteRepositoryProtocol::*toggle)(const Uuid&));
     void forEach(const std::vector<Uuid>& ids,
                  const char* failure,
                  const std::function<void(const Uuid&)>& operation);
@@ -91,8 +104,11 @@ private:
     SidebarFilter m_filter;
     SortOption m_sort = SortOption::modifiedDate;
     std::string m_query;
-    std::size_t m_wantedHits;
+    std::unique_ptr<SearchIndex::Sweep> m_sweep;
+    std::size_t m_wantedHits = kHitsAtOnce;
+    ScopedConnection m_searchWork;
     std::vector<RowId> m_rows;
+    bool m_isBatch = false;
     std::vector<ScopedConnection> m_connections;
     sigc::signal<void(const ListSplice&)> m_spliced;
     sigc::signal<void()> m_rowsChanged;

@@ -25,6 +25,12 @@ public:
     std::vector<RowId> rows(const SidebarFilter& filter,
                             SortOption sort,
                             std::size_t limit = kNoLimit) const;
+    /// Whether the filter lists this note.
+    bool contains(const SidebarFilter& filter, RowId row) const;
+    /// Where `row` belongs in `rows`, which are in the order of `sort` and do not hold it: a binary
+    /// search that reads one key a step.
+    std::size_t positionFor(const std::vector<RowId>& rows, RowId row, SortOption sort) const;
+
     std::optional<NoteSummary> summary(RowId row) const;
     std::optional<RowId> rowOf(const Uuid& id) const;
     NoteCounts counts() const;

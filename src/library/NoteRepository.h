@@ -2,26 +2,29 @@
 
 #include "library/NoteRepositoryProtocol.h"
 #include "library/NoteSummary.h"
+#include "model/ViewContext.h"
 
 #include <sigc++/signal.h>
 
+#include <functional>
+
 namespace corvel {
 
-class ViewContext;
+class PersistenceController;
 
-/// What happened to a stored note. `note` is set when its text was written.
+/// What happened to a stored note.
 struct NoteChange {
     enum class Kind { created, updated, stateChanged, deleted };
     Kind kind;
     RowId row;
     Uuid id;
-    const Note* note = nullptr;
+    const Note* note = nullptr;  ///< what was written; set for `created` and `updated`
 };
 
 /// The only code that reads and writes note entities.
 class NoteRepository : public NoteRepositoryProtocol {
 public:
-    explicit NoteRepository(ViewContext& context);  // must outlive the repository
+    explicit NoteRepository(PersistenceController& controller);  // must outlive the repository
 
     std::vector<Note> fetchNotes(const SidebarFilter& filter, SortOption sort) const override;
     std::optional<Note> fetchNote(const Uuid& id) const override;
@@ -36,13 +39,25 @@ public:
     void restoreFromTrash(const Uuid& id) override;
     void deletePermanently(const Uuid& id) override;
 
-    /// As `create`, left unsaved and unannounced: for an import that saves many at once.
+    /// As `create`, left unsaved and unannounced: for an import, which saves many at once and then
+    /// has lists and the search index read the store anew.
     void createUnsaved(const Note& note);
 
-    /// Emitted after the store has taken a change.
+    /// Emitted after the store has taken a change, also when it could only keep it for the next
+    /// save.
     sigc::signal<void(const NoteChange&)>& signalChanged() { return m_changed; }
 
 private:
+    using RowChange = std::function<void(Database&, RowId)>;
+
+    void applyAndSave(ViewContext::Change change,
+                      std::string key,
+                      NoteChange::Kind kind,
+                      const Uuid& id,
+                      const Note* note);
+    void changeState(const Uuid& id, RowChange change);
+
+    PersistenceController& m_controller;
     ViewContext& m_context;
     sigc::signal<void(const NoteChange&)> m_changed;
 };

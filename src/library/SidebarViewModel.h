@@ -10,6 +10,7 @@
 #include <sigc++/signal.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,7 +20,8 @@ namespace corvel {
 class Library;
 
 /// The sidebar's counts, folder tree and tag tree, and what can be done with folders. Reloads on
-/// `folderDidChange` and whenever a note was written. Failures of the store are printed as one line
+/// `folderDidChange` and, from the loop's idle time, whenever a note was
+/// written. Failures of the store are printed as one line
 /// and leave the state as it was.
 class SidebarViewModel {
 public:
@@ -55,12 +57,15 @@ public:
     sigc::signal<void()>& signalChanged() { return m_changed; }
 
 private:
-    void logged(const char* failure, const std::function<void()>& operation);
-    bool readFrom(Library& library);
+    void reloadSoon();
+    bool readAll();
+    void changeFolders(const char* failure, const std::function<void()>& operation);
+    static void logged(const char* failure, const std::function<void()>& operation);
 
     Library& m_library;
     const Localisation& m_texts;
     NotificationCenter& m_notifications;
+    ScopedConnection m_pendingReload;
     std::vector<ScopedConnection> m_connections;
     sigc::signal<void()> m_changed;
 };

@@ -15,7 +15,7 @@ inline constexpr std::array kSortOptions{SortOption::modifiedDate, SortOption::c
 /// The case's name, as it is stored.
 const char* rawValue(SortOption option);
 /// An unknown name gives `modifiedDate`.
-SortOption sortOptionFrom(std::string_view rawValue);
+SortOption sortOptionFrom(std::string_view text);
 Text label(SortOption option);
 
 }  // namespace corvel

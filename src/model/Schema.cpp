@@ -11,7 +11,7 @@ namespace {
 // Delete rules are foreign keys: cascade where a child goes with its parent; join rows always go.
 constexpr const char* kRecords = R"sql(
 CREATE TABLE note(
-    pk INTEGER PRIMARY KEY,
+    pk INTEGER PRIMARY KEY AUTOINCREMENT,
     id BLOB NOT NULL UNIQUE,
     title TEXT DEFAULT '',
     createdAt INTEGER,

@@ -41,7 +41,7 @@ void ViewContext::apply(Change change, std::string key) {
 
 void ViewContext::save() {
     checkMainThread();
-    if (m_unsaved.empty()) return;
+    if (m_unsaved.empty() || m_openGroups > 0) return;
     ensureTransaction();
     try {
         m_database.execute("COMMIT");

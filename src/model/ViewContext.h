@@ -29,6 +29,28 @@ public:
     /// with the same non-empty `key` as the last unsaved one replaces it in what is remembered.
     void apply(Change change, std::string key = {});
 
+    /// While a group lives, `save` waits: what many operations change is committed as one, by
+    /// `commit` or else by the first save after the group.
+    class Group {
+    public:
+        explicit Group(ViewContext& context) : m_context(context) { ++m_context.m_openGroups; }
+        Group(const Group&) = delete;
+        Group& operator=(const Group&) = delete;
+        ~Group() {
+            if (m_isOpen) --m_context.m_openGroups;
+        }
+        /// Closes the group and saves. Throws StoreError.
+        void commit() {
+            m_isOpen = false;
+            --m_context.m_openGroups;
+            m_context.save();
+        }
+
+    private:
+        ViewContext& m_context;
+        bool m_isOpen = true;
+    };
+
     bool hasChanges() const { return !m_unsaved.empty(); }
 
     /// Commits the unsaved changes. Throws StoreError and keeps them when that fails.
@@ -52,6 +74,7 @@ private:
     Database& m_database;
     std::vector<Unsaved> m_unsaved;
     bool m_replayNeeded = false;
+    int m_openGroups = 0;
 };
 
 }  // namespace corvel

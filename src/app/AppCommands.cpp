@@ -1,0 +1,255 @@
+#include "app/AppCommands.h"
+
+#include "library/Notifications.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+using Group = CommandGroup;
+using ID = CommandID;
+
+constexpr bool kReady = true;
+constexpr bool kLater = false;  // what this version cannot do yet
+
+constexpr std::array kCommands{
+    Command{
+        ID::newNote, Group::file, "new-note", {"Nowa notatka", "New Note"}, "<Control>n", kReady},
+    Command{ID::open, Group::file, "open", {"Otwórz...", "Open..."}, "<Control><Shift>o", kLater},
+    Command{ID::importMarkdown,
+            Group::file,
+            "import-markdown",
+            {"Importuj Markdown...", "Import Markdown..."},
+            "<Control>o",
+            kReady},
+    Command{ID::importFolder,
+            Group::file,
+            "import-folder",
+            {"Importuj folder...", "Import Folder..."},
+            "<Control><Alt>o",
+            kReady},
+    Command{
+        ID::exportNote, Group::file, "export", {"Eksportuj...", "Export..."}, "<Control>e", kLater},
+    Command{ID::sendAsEmail,
+            Group::file,
+            "send-as-email",
+            {"Wyślij e-mailem...", "Send as Email..."},
+            "<Control>m",
+            kLater},
+    Command{ID::bold, Group::format, "bold", {"Pogrubienie", "Bold"}, "<Control>b", kLater},
+    Command{ID::italic, Group::format, "italic", {"Kursywa", "Italic"}, "<Control>i", kLater},
+    Command{ID::strikethrough,
+            Group::format,
+            "strikethrough",
+            {"Przekreślenie", "Strikethrough"},
+            "",
+            kLater},
+    Command{ID::heading, Group::format, "heading", {"Nagłówek", "Heading"}, "", kLater},
+    Command{ID::link, Group::format, "link", {"Wstaw link", "Insert Link"}, "<Control>k", kLater},
+    Command{ID::codeBlock,
+            Group::format,
+            "code-block",
+            {"Wstaw blok kodu", "Insert Code Block"},
+            "<Control><Shift>k",
+            kLater},
+    Command{ID::taskList,
+            Group::format,
+            "task-list",
+            {"Lista zadań", "Task List"},
+            "<Control>l",
+            kLater},
+    Command{ID::findInAllNotes,
+            Group::view,
+            "find-in-all-notes",
+            {"Znajdź we wszystkich notatkach", "Find in All Notes"},
+            "<Control><Shift>f",
+            kReady},
+    Command{ID::toggleSplitView,
+            Group::view,
+            "toggle-split-view",
+            {"Przełącz widok podzielony", "Toggle Split View"},
+            "<Control><Shift>l",
+            kReady},
+    Command{ID::togglePreview,
+            Group::view,
+            "toggle-preview",
+            {"Przełącz podgląd", "Toggle Preview"},
+            "<Control>p",
+            kReady},
+    Command{ID::readerMode,
+            Group::view,
+            "reader-mode",
+            {"Tryb czytnika", "Reader Mode"},
+            "<Control>r",
+            kLater},
+    Command{ID::assistant,
+            Group::view,
+            "assistant",
+            {"Asystent AI", "AI Assistant"},
+            "<Control>j",
+            kLater},
+    Command{ID::toggleSidebar,
+            Group::view,
+            "toggle-sidebar",
+            {"Pokaż lub ukryj panel boczny", "Show or Hide Sidebar"},
+            "F9",
+            kReady},
+    Command{ID::nextPane, Group::view, "next-pane", {"Następny panel", "Next Pane"}, "F6", kReady},
+    Command{ID::previousPane,
+            Group::view,
+            "previous-pane",
+            {"Poprzedni panel", "Previous Pane"},
+            "<Shift>F6",
+            kReady},
+    Command{ID::togglePin,
+            Group::note,
+            "toggle-pin",
+            {"Przypnij lub odepnij", "Pin or Unpin"},
+            "<Control>d",
+            kReady},
+    Command{ID::toggleArchive,
+            Group::note,
+            "toggle-archive",
+            {"Archiwizuj lub przywróć", "Archive or Unarchive"},
+            "<Control><Shift>a",
+            kReady},
+    Command{ID::moveToTrash,
+            Group::note,
+            "move-to-trash",
+            {"Przenieś do kosza", "Move to Trash"},
+            "<Control><Shift>Delete",
+            kReady},
+    Command{ID::switchLanguage,
+            Group::application,
+            "switch-language",
+            {"Switch to English", "Przełącz na polski"},
+            "",
+            kReady},
+    Command{ID::preferences,
+            Group::application,
+            "preferences",
+            {"Ustawienia", "Settings"},
+            "<Control>comma",
+            kLater},
+    Command{ID::shortcuts,
+            Group::help,
+            "shortcuts",
+            {"Skróty klawiszowe", "Keyboard Shortcuts"},
+            "<Control>question",
+            kReady},
+    Command{ID::markdownGuide,
+            Group::help,
+            "markdown-guide",
+            {"Przewodnik Markdown", "Markdown Guide"},
+            "<Control>slash",
+            kLater},
+    Command{ID::reportProblem,
+            Group::help,
+            "report-problem",
+            {"Zgłoś problem…", "Report a Problem…"},
+            "",
+            kLater},
+    Command{ID::about, Group::help, "about", {"O programie", "About qno Corvel"}, "", kReady},
+    Command{ID::quit, Group::application, "quit", {"Zakończ", "Quit"}, "<Control>q", kReady},
+};
+
+constexpr bool standsInOrder() {
+    for (std::size_t i = 0; i < kCommands.size(); ++i) {
+        if (static_cast<std::size_t>(kCommands[i].id) != i) return false;
+    }
+    return true;
+}
+static_assert(standsInOrder(), "a command's row is found by its id");
+
+bool isNoteCommand(CommandID id) {
+    return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash;
+}
+
+std::string keyName(std::string_view key) {
+    if (key == "comma") return ",";
+    if (key == "question") return "?";
+    if (key == "slash") return "/";
+    std::string name(key);
+    if (name.size() == 1)
+        name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+    return name;
+}
+
+}  // namespace
+
+AppCommands::AppCommands(AppState& state,
+                         NotificationCenter& notifications,
+                         Preferences& preferences,
+                         WindowOpener openWindow)
+    : m_state(state)
+    , m_notifications(notifications)
+    , m_preferences(preferences)
+    , m_openWindow(std::move(openWindow)) {}
+
+std::span<const Command> AppCommands::table() {
+    return kCommands;
+}
+
+const Command& AppCommands::command(CommandID id) {
+    return kCommands[static_cast<std::size_t>(id)];
+}
+
+std::string AppCommands::shortcutText(CommandID id) {
+    std::string_view rest = command(id).accelerator;
+    std::string text;
+    for (const auto& [mark, name] : {std::pair<std::string_view, const char*>{"<Control>", "Ctrl+"},
+                                     {"<Shift>", "Shift+"},
+                                     {"<Alt>", "Alt+"}}) {
+        if (!rest.starts_with(mark)) continue;
+        text += name;
+        rest.remove_prefix(mark.size());
+    }
+    return rest.empty() ? std::string() : text + keyName(rest);
+}
+
+bool AppCommands::isEnabled(CommandID id) const {
+    if (!command(id).isAvailable) return false;
+    return !isNoteCommand(id) || m_state.selectedNoteID.get().has_value();
+}
+
+void AppCommands::activate(CommandID id) {
+    if (!isEnabled(id)) return;
+    switch (id) {
+        case ID::newNote:
+            return m_notifications.post(notifications::createNewNote);
+        case ID::importMarkdown:
+            return m_notifications.post(notifications::importMarkdown);
+        case ID::findInAllNotes:
+            return m_state.isSearchActive.set(true);
+        case ID::toggleSplitView:
+            return toggleMode(EditorMode::split);
+        case ID::togglePreview:
+            return toggleMode(EditorMode::preview);
+        case ID::togglePin:
+            return postNoteAction(NoteActionType::togglePin);
+        case ID::toggleArchive:
+            return postNoteAction(NoteActionType::toggleArchive);
+        case ID::moveToTrash:
+            return postNoteAction(NoteActionType::moveToTrash);
+        case ID::switchLanguage:
+            return m_preferences.setAppLanguage(m_preferences.appLanguage() == "en" ? "pl" : "en");
+        default:
+            if (m_openWindow) m_openWindow(id);
+    }
+}
+
+void AppCommands::postNoteAction(NoteActionType type) {
+    m_notifications.post(notifications::noteAction,
+                         NoteAction{*m_state.selectedNoteID.get(), type});
+}
+
+// A second use goes back to the editor alone.
+void AppCommands::toggleMode(EditorMode mode) {
+    m_state.editorMode.set(m_state.editorMode.get() == mode ? EditorMode::editor : mode);
+}
+
+}  // namespace corvel

@@ -1,0 +1,121 @@
+#include "app/Session.h"
+
+#include "model/PersistenceController.h"
+
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+constexpr const char* kLastNote = "lastNote";
+constexpr const char* kLastFilter = "lastFilter";
+constexpr const char* kSortOption = "sortOption";
+
+std::optional<MarkdownParserService::AttachmentData> attachmentData(
+    const AttachmentRepository& attachments, const Uuid& id) {
+    try {
+        auto found = attachments.fetchAttachment(id);
+        if (!found || found->data.empty()) return std::nullopt;
+        return MarkdownParserService::AttachmentData{std::move(found->mimeType),
+                                                     std::move(found->data)};
+    } catch (const StoreError&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+Session::Session(PersistenceController& controller,
+                 UserDefaults& defaults,
+                 AppCommands::WindowOpener openWindow)
+    : preferences(defaults)
+    , texts(preferences)
+    , library(controller)
+    , list(library, notifications)
+    , sidebar(library, texts, notifications)
+    , editor(library.notes, preferences)
+    , commands(state, notifications, preferences, std::move(openWindow))
+    , parser([this](const Uuid& id) { return attachmentData(library.attachments, id); })
+    , importer(library) {
+    bindList();
+    bindEditor();
+}
+
+void Session::bindList() {
+    m_connections.emplace_back(state.sidebarFilter.signalChanged().connect([this] {
+        state.isSearchActive.set(false);
+        list.setFilter(state.sidebarFilter.get());
+    }));
+    m_connections.emplace_back(state.sortOption.signalChanged().connect(
+        [this] { list.setSortOption(state.sortOption.get()); }));
+    m_connections.emplace_back(
+        state.searchQuery.signalChanged().connect(sigc::mem_fun(*this, &Session::updateSearch)));
+    m_connections.emplace_back(
+        state.isSearchActive.signalChanged().connect(sigc::mem_fun(*this, &Session::updateSearch)));
+    m_connections.emplace_back(
+        list.signalCreated().connect(sigc::mem_fun(*this, &Session::showCreated)));
+}
+
+void Session::bindEditor() {
+    m_connections.emplace_back(
+        state.selectedNoteID.signalChanged().connect(sigc::mem_fun(*this, &Session::openSelected)));
+    const auto publish = [this] { state.selectedNote.set(editor.note()); };
+    m_connections.emplace_back(editor.signalOpened().connect(publish));
+    m_connections.emplace_back(editor.signalStateChanged().connect(publish));
+    m_connections.emplace_back(notifications.observe(
+        "folderDidChange", [this](const std::any&) { editor.refreshFolders(); }));
+}
+
+void Session::updateSearch() {
+    list.setSearchQuery(state.isSearchActive.get() ? state.searchQuery.get() : std::string());
+}
+
+void Session::openSelected() {
+    const auto open = [this] {
+        return editor.note() ? std::optional(editor.note()->id) : std::nullopt;
+    };
+    // A note whose save the store refuses stays selected: its text is nowhere else.
+    if (!editor.open(state.selectedNoteID.get())) state.selectedNoteID.set(open());
+}
+
+void Session::showCreated(const Uuid& id) {
+    state.isSearchActive.set(false);
+    if (!list.positionOf(id)) state.sidebarFilter.set({});
+    state.selectedNoteID.set(id);
+}
+
+void Session::start() {
+    state.editorMode.set(preferences.defaultEditorMode());
+    const auto& store = preferences.store();
+    state.sortOption.set(sortOptionFrom(store.string(kSortOption).value_or("")));
+    state.sidebarFilter.set(SidebarFilter::fromString(store.string(kLastFilter).value_or("")));
+    forgetMissingFolder();
+    list.reload();
+    sidebar.reload();
+    const auto last = Uuid::parse(store.string(kLastNote).value_or(""));
+    if (last && list.positionOf(*last)) state.selectedNoteID.set(*last);
+}
+
+void Session::forgetMissingFolder() {
+    const auto& filter = state.sidebarFilter.get();
+    if (filter.kind == SidebarFilter::Kind::folder &&
+        !library.folders.fetchFolder(filter.folderID)) {
+        state.sidebarFilter.set({});
+    }
+}
+
+bool Session::finish() {
+    rememberState();
+    return editor.save();
+}
+
+void Session::rememberState() {
+    auto& store = preferences.store();
+    store.setString(kSortOption, rawValue(state.sortOption.get()));
+    store.setString(kLastFilter, state.sidebarFilter.get().toString());
+    const auto& note = state.selectedNoteID.get();
+    store.setString(kLastNote, note ? note->toString() : std::string());
+}
+
+}  // namespace corvel

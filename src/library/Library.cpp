@@ -1,0 +1,47 @@
+#include "library/Library.h"
+
+#include "library/DerivedRows.h"
+#include "model/PersistenceController.h"
+
+namespace corvel {
+
+namespace {
+
+PersistenceController& broughtUpToDate(PersistenceController& controller) {
+    // The sample notes of a store in memory carry counts of their own.
+    derivedRows::bringUpToDate(controller.viewContext(), controller.iCloudEnabled()
+                                                             ? derivedRows::WordCounts::recount
+                                                             : derivedRows::WordCounts::keep);
+    return controller;
+}
+
+}  // namespace
+
+Library::Library(PersistenceController& store)
+    : controller(broughtUpToDate(store))
+    , notes(store)
+    , folders(store.viewContext())
+    , attachments(store)
+    , listing(store.viewContext())
+    , searchIndex(store.viewContext()) {
+    notes.signalChanged().connect(sigc::mem_fun(*this, &Library::updateSearchIndex));
+}
+
+void Library::updateSearchIndex(const NoteChange& change) {
+    if (change.kind == NoteChange::Kind::deleted) {
+        searchIndex.noteRemoved(change.row);
+        return;
+    }
+    // Pin and archive do not matter to the index; the trash does.
+    const auto summary = listing.summary(change.row);
+    if (!summary || summary->isTrashed) {
+        searchIndex.noteRemoved(change.row);
+    } else if (change.note != nullptr) {
+        searchIndex.noteChanged(change.row, change.note->title, change.note->content,
+                                change.note->modifiedAt);
+    } else if (const auto note = notes.fetchNote(change.id)) {
+        searchIndex.noteChanged(change.row, note->title, note->content, note->modifiedAt);
+    }
+}
+
+}  // namespace corvel

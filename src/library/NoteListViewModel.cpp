@@ -1,0 +1,297 @@
+#include "library/NoteListViewModel.h"
+
+#include "library/Library.h"
+#include "library/Notifications.h"
+#include "model/PersistenceController.h"
+#include "platform/Log.h"
+
+#include <glibmm/main.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::chrono::milliseconds kSearchSlice{8};
+
+void logFailure(const char* failure, const StoreError& error) {
+    logLine(std::string(failure) + " " + error.what());
+}
+
+}  // namespace
+
+NoteListViewModel::NoteListViewModel(Library& library, NotificationCenter& notifications)
+    : m_library(library), m_notifications(notifications) {
+    m_connections.emplace_back(library.notes.signalChanged().connect(
+        sigc::mem_fun(*this, &NoteListViewModel::noteChanged)));
+    m_connections.push_back(notifications.observe(notifications::createNewNote,
+                                                  [this](const std::any&) { createNote(); }));
+    m_connections.push_back(
+        notifications.observe(notifications::noteAction, [this](const std::any& payload) {
+            if (const auto* action = std::any_cast<NoteAction>(&payload)) perform(*action);
+        }));
+    m_connections.push_back(notifications.observe(notifications::folderDidChange,
+                                                  [this](const std::any&) { reload(); }));
+}
+
+void NoteListViewModel::setFilter(const SidebarFilter& filter) {
+    m_filter = filter;
+    if (!isSearching()) replace();
+}
+
+void NoteListViewModel::setSortOption(SortOption sort) {
+    m_sort = sort;
+    if (!isSearching()) replace();
+}
+
+void NoteListViewModel::setSearchQuery(const std::string& query) {
+    if (query == m_query) return;
+    m_query = query;
+    m_wantedHits = kHitsAtOnce;
+    replace();
+}
+
+void NoteListViewModel::replace() {
+    const std::size_t before = m_rows.size();
+    try {
+        m_rows = readRows();
+    } catch (const StoreError& error) {
+        logFailure(isSearching() ? "Error searching:" : "Error loading notes:", error);
+        return;
+    }
+    m_spliced.emit({0, before, m_rows.size()});
+    m_replaced.emit();
+}
+
+void NoteListViewModel::reload() {
+    try {
+        show(readRows());
+    } catch (const StoreError& error) {
+        logFailure(isSearching() ? "Error searching:" : "Error loading notes:", error);
+    }
+}
+
+std::vector<RowId> NoteListViewModel::readRows() {
+    if (isSearching()) return searchHits();
+    m_sweep.reset();
+    m_searchWork.disconnect();
+    return m_library.listing.rows(m_filter, m_sort);
+}
+
+std::vector<RowId> NoteListViewModel::searchHits() {
+    m_sweep = m_library.searchIndex.search(m_query);
+    auto hits = m_sweep->next(m_wantedHits, kSearchSlice);
+    if (!m_sweep->isFinished() && hits.size() < m_wantedHits) {
+        m_searchWork = Glib::signal_idle().connect([this] {
+            continueSearch();
+            return false;
+        });
+    }
+    return hits;
+}
+
+void NoteListViewModel::continueSearch() {
+    if (!m_sweep) return;
+    if (m_sweep->isStale()) {
+        reload();
+        return;
+    }
+    if (m_sweep->isFinished() || m_rows.size() >= m_wantedHits) return;
+    const auto more = m_sweep->next(m_wantedHits - m_rows.size(), kSearchSlice);
+    const std::size_t at = m_rows.size();
+    m_rows.insert(m_rows.end(), more.begin(), more.end());
+    if (!more.empty()) m_spliced.emit({at, 0, more.size()});
+    if (m_sweep->isFinished()) {
+        m_replaced.emit();
+    } else if (m_rows.size() < m_wantedHits) {
+        m_searchWork = Glib::signal_idle().connect([this] {
+            continueSearch();
+            return false;
+        });
+    }
+}
+
+bool NoteListViewModel::isSearchFinished() const {
+    return !m_sweep || m_sweep->isFinished();
+}
+
+void NoteListViewModel::showMore() {
+    if (!isSearching() || !m_sweep || m_rows.size() < m_wantedHits) return;
+    m_wantedHits = m_rows.size() + kHitsAtOnce;
+    continueSearch();
+}
+
+// What stands the same at both ends stays; only the middle is spliced, so that a list keeps its
+// place.
+void NoteListViewModel::show(const std::vector<RowId>& rows) {
+    const auto [oldStart, newStart] =
+        std::mismatch(m_rows.begin(), m_rows.end(), rows.begin(), rows.end());
+    const auto prefix = static_cast<std::size_t>(newStart - rows.begin());
+    std::size_t suffix = 0;
+    while (suffix < std::min(m_rows.size(), rows.size()) - prefix &&
+           m_rows[m_rows.size() - 1 - suffix] == rows[rows.size() - 1 - suffix]) {
+        ++suffix;
+    }
+    const ListSplice splice{prefix, m_rows.size() - prefix - suffix, rows.size() - prefix - suffix};
+    m_rows = rows;
+    if (splice.removed > 0 || splice.added > 0) m_spliced.emit(splice);
+    m_rowsChanged.emit();
+}
+
+void NoteListViewModel::noteChanged(const NoteChange& change) {
+    if (m_isBatch) return;
+    if (isSearching()) {
+        reload();
+        return;
+    }
+    try {
+        patch(change.row);
+    } catch (const StoreError& error) {
+        logFailure("Error loading notes:", error);
+    }
+}
+
+void NoteListViewModel::patch(RowId row) {
+    const auto found = std::find(m_rows.begin(), m_rows.end(), row);
+    const auto before = static_cast<std::size_t>(found - m_rows.begin());
+    const bool wasListed = found != m_rows.end();
+    const bool isListed = m_library.listing.contains(m_filter, row);
+    if (wasListed) m_rows.erase(found);
+    const std::size_t after = isListed ? m_library.listing.positionFor(m_rows, row, m_sort) : 0;
+    if (wasListed && (!isListed || after != before)) m_spliced.emit({before, 1, 0});
+    if (isListed) m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(after), row);
+    if (isListed && (!wasListed || after != before)) m_spliced.emit({after, 0, 1});
+    m_rowsChanged.emit();
+}
+
+std::optional<NoteSummary> NoteListViewModel::summaryAt(std::size_t position) const {
+    return position < m_rows.size() ? summaryOf(m_rows[position]) : std::nullopt;
+}
+
+std::optional<NoteSummary> NoteListViewModel::summaryOf(RowId row) const {
+    try {
+        return m_library.listing.summary(row);
+    } catch (const StoreError& error) {
+        logFailure("Error loading notes:", error);
+        return std::nullopt;
+    }
+}
+
+std::optional<std::size_t> NoteListViewModel::positionOf(const Uuid& id) const {
+    const auto row = m_library.listing.rowOf(id);
+    if (!row) return std::nullopt;
+    const auto found = std::find(m_rows.begin(), m_rows.end(), *row);
+    if (found == m_rows.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - m_rows.begin());
+}
+
+std::optional<Uuid> NoteListViewModel::createNote() {
+    Note note;
+    note.id = Uuid::random();
+    note.createdAt = Date::now();
+    note.modifiedAt = note.createdAt;
+    if (m_filter.kind == SidebarFilter::Kind::folder) note.folderIDs = {m_filter.folderID};
+    try {
+        m_library.notes.create(note);
+    } catch (const StoreError& error) {
+        logFailure("Error creating note:", error);
+        return std::nullopt;
+    }
+    m_created.emit(note.id);
+    return note.id;
+}
+
+void NoteListViewModel::perform(const NoteAction& action) {
+    switch (action.type) {
+        case NoteActionType::togglePin:
+            return togglePin({action.noteID});
+        case NoteActionType::toggleArchive:
+            return toggleArchive({action.noteID});
+        case NoteActionType::moveToTrash:
+            return moveToTrash({action.noteID});
+    }
+}
+
+void NoteListViewModel::togglePin(const std::vector<Uuid>& ids) {
+    toggleTowards(ids, &NoteSummary::isPinned,
+                  "Error toggling pin:", &NoteRepositoryProtocol::togglePin);
+}
+
+void NoteListViewModel::toggleArchive(const std::vector<Uuid>& ids) {
+    toggleTowards(ids, &NoteSummary::isArchived,
+                  "Error toggling archive:", &NoteRepositoryProtocol::toggleArchive);
+}
+
+// Several notes get one state: the flag is set on all unless all have it.
+void NoteListViewModel::toggleTowards(const std::vector<Uuid>& ids,
+                                      bool NoteSummary::*flag,
+                                      const char* failure,
+                                      void (NoteRepositoryProtocol::*toggle)(const Uuid&)) {
+    std::vector<Uuid> unset;
+    for (const Uuid& id : ids) {
+        const auto row = m_library.listing.rowOf(id);
+        const auto summary = row ? summaryOf(*row) : std::nullopt;
+        if (summary && !((*summary).*flag)) unset.push_back(id);
+    }
+    forEach(unset.empty() ? ids : unset, failure,
+            [&](const Uuid& id) { (m_library.notes.*toggle)(id); });
+}
+
+void NoteListViewModel::moveToTrash(const std::vector<Uuid>& ids) {
+    forEach(ids,
+            "Error moving to trash:", [&](const Uuid& id) { m_library.notes.moveToTrash(id); });
+    m_trashed.emit(ids);
+}
+
+void NoteListViewModel::restoreFromTrash(const std::vector<Uuid>& ids) {
+    forEach(ids, "Error restoring from trash:", [&](const Uuid& id) {
+        m_library.notes.restoreFromTrash(id);
+    });
+}
+
+void NoteListViewModel::deletePermanently(const std::vector<Uuid>& ids) {
+    forEach(ids,
+            "Error deleting note:", [&](const Uuid& id) { m_library.notes.deletePermanently(id); });
+}
+
+void NoteListViewModel::addToFolder(const std::vector<Uuid>& ids, const Uuid& folderID) {
+    forEach(ids, "Error adding note to folder:", [&](const Uuid& id) {
+        m_library.folders.addNoteToFolder(id, folderID);
+    });
+    m_notifications.post(notifications::folderDidChange);
+}
+
+void NoteListViewModel::removeFromFolder(const std::vector<Uuid>& ids, const Uuid& folderID) {
+    forEach(ids, "Error removing note from folder:", [&](const Uuid& id) {
+        m_library.folders.removeNoteFromFolder(id, folderID);
+    });
+    m_notifications.post(notifications::folderDidChange);
+}
+
+void NoteListViewModel::removeFromAllFolders(const std::vector<Uuid>& ids) {
+    forEach(ids, "Error removing note from all folders:", [&](const Uuid& id) {
+        m_library.folders.removeNoteFromAllFolders(id);
+    });
+    m_notifications.post(notifications::folderDidChange);
+}
+
+// Several notes are one commit and one reload.
+void NoteListViewModel::forEach(const std::vector<Uuid>& ids,
+                                const char* failure,
+                                const std::function<void(const Uuid&)>& operation) {
+    m_isBatch = ids.size() > 1;
+    try {
+        ViewContext::Group group(m_library.controller.viewContext());
+        for (const Uuid& id : ids) {
+            operation(id);
+        }
+        group.commit();
+    } catch (const StoreError& error) {
+        logFailure(failure, error);
+    }
+    if (std::exchange(m_isBatch, false)) reload();
+}
+
+}  // namespace corvel

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "library/NoteSummary.h"
+#include "platform/Database.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace corvel {
+
+/// What counters, folder and tag counts, and the copies in noteTag and noteFolder are made from:
+/// one note's share in them.
+struct NoteState {
+    bool exists = false;
+    bool isPinned = false;
+    bool isArchived = false;
+    bool isTrashed = false;
+    bool hasBookmark = false;
+    Date modifiedAt;
+    std::vector<std::int64_t> folders;   ///< keys of the folders that hold it, ascending
+    std::vector<std::int64_t> textTags;  ///< keys of the tags in its text, ascending
+
+    /// Shown in the ordinary lists.
+    bool isListed() const { return exists && !isTrashed && !isArchived; }
+
+    static NoteState read(Database& database, RowId row);
+};
+
+/// Keeps the counts and copies in step with one note: made before a change of it, finished after.
+/// Only what differs is written.
+class NoteBookkeeping {
+public:
+    /// Says that the row was inserted just now and has no share in anything yet.
+    struct NewNote {};
+
+    NoteBookkeeping(Database& database, RowId row);
+    NoteBookkeeping(Database& database, RowId row, NewNote) : m_database(database), m_row(row) {}
+    void finish();
+
+private:
+    void updateCounters(const NoteState& after);
+    void updateFolders(const NoteState& after);
+    void updateTags(const NoteState& after);
+    void updateCopies(const NoteState& after);
+
+    Database& m_database;
+    RowId m_row;
+    NoteState m_before;
+};
+
+}  // namespace corvel

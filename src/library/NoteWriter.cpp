@@ -1,0 +1,123 @@
+#include "library/NoteWriter.h"
+
+#include "library/NoteState.h"
+#include "library/NoteText.h"
+#include "library/TagRows.h"
+#include "platform/Text.h"
+
+namespace corvel {
+
+DerivedText DerivedText::of(const std::string& content) {
+    return {tagPathsIn(content), excerptOf(content), text::wordCount(content)};
+}
+
+namespace noteWriter {
+
+namespace {
+
+void insertNoteRow(Database& database, const Note& note, const DerivedText& derived) {
+    database
+        .query(
+            "INSERT INTO note(id, title, createdAt, modifiedAt, isPinned, isArchived, isTrashed,"
+            " trashedAt, wordCount, syncStatus, sourceFilePath, bookmarkData, excerpt)"
+            " VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?)")
+        .bind(note.id, note.title, note.createdAt, note.modifiedAt, note.isPinned, note.isArchived,
+              note.isTrashed, note.trashedAt, derived.wordCount, static_cast<int>(note.syncStatus),
+              note.sourceFilePath, note.bookmarkData, derived.excerpt)
+        .run();
+}
+
+std::vector<std::string> pathsOf(const std::vector<Tag>& tags) {
+    std::vector<std::string> paths;
+    for (const Tag& tag : tags) {
+        paths.push_back(tag.fullPath);
+    }
+    return paths;
+}
+
+void fileInFolders(Database& database, RowId row, const std::vector<Uuid>& folderIDs) {
+    for (const Uuid& id : folderIDs) {
+        database
+            .query(
+                "INSERT OR IGNORE INTO noteFolder(folderPk, notePk)"
+                " SELECT pk, ? FROM folder WHERE id=?")
+            .bind(row, id)
+            .run();
+    }
+}
+
+// Three statements, so that an ordinary edit does not touch the indexes on what it leaves as it is.
+void updateNoteRow(Database& database, RowId row, const Note& note, const DerivedText& derived) {
+    database
+        .query(
+            "UPDATE note SET modifiedAt=?, wordCount=?, syncStatus=1, sourceFilePath=?, excerpt=?"
+            " WHERE pk=?")
+        .bind(note.modifiedAt, derived.wordCount, note.sourceFilePath, derived.excerpt, row)
+        .run();
+    database.query("UPDATE note SET title=?1 WHERE pk=?2 AND title IS NOT ?1")
+        .bind(note.title, row)
+        .run();
+    database
+        .query(
+            "UPDATE note SET isTrashed=?1, trashedAt=?2, bookmarkData=?3 WHERE pk=?4"
+            " AND (isTrashed<>?1 OR trashedAt IS NOT ?2 OR bookmarkData IS NOT ?3)")
+        .bind(note.isTrashed, note.trashedAt, note.bookmarkData, row)
+        .run();
+}
+
+}  // namespace
+
+std::optional<RowId> rowOf(Database& database, const Uuid& id) {
+    auto query = database.query("SELECT pk FROM note WHERE id=?");
+    query.bind(id);
+    if (!query.next()) return std::nullopt;
+    return query.integer(0);
+}
+
+void insert(Database& database, const Note& note, const DerivedText& derived) {
+    insertNoteRow(database, note, derived);
+    const RowId row = database.lastInsertedRow();
+    NoteBookkeeping bookkeeping(database, row, NoteBookkeeping::NewNote{});
+    database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
+        .bind(row, note.content)
+        .run();
+    tagRows::attach(database, row, pathsOf(note.tags));
+    tagRows::attach(database, row, derived.tagPaths);
+    tagRows::markInText(database, row, derived.tagPaths);
+    fileInFolders(database, row, note.folderIDs);
+    bookkeeping.finish();
+}
+
+void update(Database& database, RowId row, const Note& note, const DerivedText& derived) {
+    NoteBookkeeping bookkeeping(database, row);
+    updateNoteRow(database, row, note, derived);
+    database
+        .query(
+            "INSERT INTO noteContent(notePk, content) VALUES(?,?)"
+            " ON CONFLICT(notePk) DO UPDATE SET content=excluded.content")
+        .bind(row, note.content)
+        .run();
+    tagRows::replace(database, row, derived.tagPaths);
+    bookkeeping.finish();
+}
+
+void updateState(Database& database, RowId row, std::string_view sql) {
+    NoteBookkeeping bookkeeping(database, row);
+    database.query(sql).bind(row).run();
+    bookkeeping.finish();
+}
+
+void moveToTrash(Database& database, RowId row, Date now) {
+    NoteBookkeeping bookkeeping(database, row);
+    database.query("UPDATE note SET isTrashed=1, trashedAt=?, syncStatus=1 WHERE pk=?")
+        .bind(now, row)
+        .run();
+    bookkeeping.finish();
+}
+
+void remove(Database& database, RowId row) {
+    updateState(database, row, "DELETE FROM note WHERE pk=?");
+}
+
+}  // namespace noteWriter
+}  // namespace corvel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "library/NoteSummary.h"
+#include "model/Note.h"
+#include "platform/Database.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvel {
+
+/// What is derived once from a note's text when it is written.
+struct DerivedText {
+    std::vector<std::string> tagPaths;
+    std::string excerpt;
+    std::int32_t wordCount = 0;
+
+    static DerivedText of(const std::string& content);
+};
+
+/// The rows of one note. Each function runs inside a change of the view context and keeps counts
+/// and copies in step.
+namespace noteWriter {
+
+std::optional<RowId> rowOf(Database& database, const Uuid& id);
+void insert(Database& database, const Note& note, const DerivedText& derived);
+/// Copies the record into the row, without `id`, `createdAt`, pin, archive and folders.
+void update(Database& database, RowId row, const Note& note, const DerivedText& derived);
+/// Runs one statement whose only parameter is the note's key.
+void updateState(Database& database, RowId row, std::string_view sql);
+void moveToTrash(Database& database, RowId row, Date now);
+void remove(Database& database, RowId row);
+
+}  // namespace noteWriter
+}  // namespace corvel

@@ -1,0 +1,109 @@
+#include "library/TagRows.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace corvel::tagRows {
+
+namespace {
+
+enum class Kind { object, textOnly };
+
+std::optional<std::int64_t> findTag(Database& database, const std::string& fullPath, Kind kind) {
+    std::optional<std::int64_t> key;
+    bool isObject = false;
+    {
+        auto query = database.query("SELECT pk, isObject FROM tag WHERE fullPath=?");
+        query.bind(fullPath);
+        if (!query.next()) return std::nullopt;
+        key = query.integer(0);
+        isObject = query.boolean(1);
+    }
+    if (kind == Kind::object && !isObject) {
+        database.query("UPDATE tag SET isObject=1 WHERE pk=?").bind(*key).run();
+    }
+    return key;
+}
+
+std::int64_t findOrCreate(Database& database, const std::string& fullPath, Kind kind) {
+    if (const auto found = findTag(database, fullPath, kind)) return *found;
+    const auto slash = fullPath.rfind('/');
+    std::optional<std::int64_t> parent;
+    if (slash != std::string::npos)
+        parent = findOrCreate(database, fullPath.substr(0, slash), kind);
+    const auto name = slash == std::string::npos ? fullPath : fullPath.substr(slash + 1);
+    database.query("INSERT INTO tag(id, name, fullPath, parentPk, isObject) VALUES(?,?,?,?,?)")
+        .bind(Uuid::random(), name, fullPath, parent, kind == Kind::object)
+        .run();
+    return database.lastInsertedRow();
+}
+
+std::vector<std::pair<std::int64_t, std::string>> attachedPaths(Database& database, RowId note) {
+    std::vector<std::pair<std::int64_t, std::string>> paths;
+    auto query = database.query(
+        "SELECT tag.pk, fullPath FROM noteTag JOIN tag ON tag.pk=tagPk"
+        " WHERE notePk=? AND isAttached=1 AND isInText=1");
+    query.bind(note);
+    while (query.next()) {
+        paths.emplace_back(query.integer(0), query.string(1));
+    }
+    return paths;
+}
+
+}  // namespace
+
+std::int64_t findOrCreateTag(Database& database, const std::string& fullPath) {
+    return findOrCreate(database, fullPath, Kind::object);
+}
+
+void replace(Database& database, RowId note, const std::vector<std::string>& textPaths) {
+    // What stands already as it should is left alone: an edit seldom changes a tag.
+    std::vector<std::string> missing = textPaths;
+    std::vector<std::int64_t> kept;
+    for (const auto& [key, path] : attachedPaths(database, note)) {
+        const auto found = std::find(missing.begin(), missing.end(), path);
+        if (found == missing.end()) continue;
+        missing.erase(found);
+        kept.push_back(key);
+    }
+    std::vector<std::int64_t> gone;
+    {
+        auto query = database.query("SELECT tagPk FROM noteTag WHERE notePk=?");
+        query.bind(note);
+        while (query.next()) {
+            if (std::find(kept.begin(), kept.end(), query.integer(0)) == kept.end()) {
+                gone.push_back(query.integer(0));
+            }
+        }
+    }
+    for (const auto key : gone) {
+        database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?").bind(key, note).run();
+    }
+    attach(database, note, missing);
+    markInText(database, note, missing);
+}
+
+void attach(Database& database, RowId note, const std::vector<std::string>& paths) {
+    for (const auto& path : paths) {
+        database
+            .query(
+                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText) VALUES(?,?,1,0)"
+                " ON CONFLICT(tagPk, notePk) DO UPDATE SET isAttached=1")
+            .bind(findOrCreateTag(database, path), note)
+            .run();
+    }
+}
+
+void markInText(Database& database, RowId note, const std::vector<std::string>& textPaths) {
+    for (const auto& path : textPaths) {
+        database
+            .query(
+                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText) VALUES(?,?,0,1)"
+                " ON CONFLICT(tagPk, notePk) DO UPDATE SET isInText=1")
+            .bind(findOrCreate(database, path, Kind::textOnly), note)
+            .run();
+    }
+}
+
+}  // namespace corvel::tagRows

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "library/NoteSummary.h"
+#include "platform/Database.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace corvel::tagRows {
+
+// Rows of tag and noteTag. A row of noteTag says that the tag is attached to the note, stands in
+// its text, or both; a tag that only stands in text and was never attached is no tag object
+// (`isObject` 0).
+
+/// The key of the tag object with this path, made with its ancestors where missing.
+std::int64_t findOrCreateTag(Database& database, const std::string& fullPath);
+
+/// Makes the note's tag set exactly the tags in its text.
+void replace(Database& database, RowId note, const std::vector<std::string>& textPaths);
+
+/// Attaches further tags to the note.
+void attach(Database& database, RowId note, const std::vector<std::string>& paths);
+
+/// Marks which tags stand in the note's text and attaches none.
+void markInText(Database& database, RowId note, const std::vector<std::string>& textPaths);
+
+}  // namespace corvel::tagRows
