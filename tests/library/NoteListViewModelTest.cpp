@@ -1,0 +1,195 @@
+#include "library/NoteListViewModel.h"
+#include "library/Notifications.h"
+#include "library/SidebarViewModel.h"
+#include "support/FullDisk.h"
+#include "support/MainLoop.h"
+#include "support/TestLibrary.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace corvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Kind = SidebarFilter::Kind;
+
+class NoteListViewModelTest : public testing::Test {
+protected:
+    NoteListViewModelTest() {
+        list.signalSpliced().connect([this](const ListSplice& splice) {
+            // A view that only follows the splices must end up with the same number of rows.
+            ASSERT_LE(splice.position + splice.removed, m_followed);
+            m_followed = m_followed - splice.removed + splice.added;
+            ++splices;
+        });
+        list.reload();
+    }
+
+    std::vector<std::string> titles() const {
+        std::vector<std::string> titles;
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            titles.push_back(list.summaryAt(i)->title);
+        }
+        EXPECT_EQ(m_followed, list.size());
+        return titles;
+    }
+
+    std::size_t m_followed = 0;
+    int splices = 0;
+    TestLibrary library;
+    UserDefaults defaults{library.folder() / "preferences.ini"};
+    Preferences preferences{defaults};
+    Localisation texts{preferences};
+    NotificationCenter notifications;
+    NoteListViewModel list{*library, notifications};
+    SidebarViewModel sidebar{*library, texts, notifications};
+};
+
+TEST_F(NoteListViewModelTest, ChangesAreSplicedInPlace) {
+    const Note a = library.add("a", 10);
+    const Note b = library.add("b", 20);
+    const Note c = library.add("c", 30);
+    EXPECT_THAT(titles(), ElementsAre("c", "b", "a"));
+    splices = 0;
+    Note edited = a;
+    edited.modifiedAt = Date::fromSeconds(25);
+    library->notes.update(edited);
+    EXPECT_THAT(titles(), ElementsAre("c", "a", "b"));
+    EXPECT_EQ(splices, 2);
+    edited.modifiedAt = Date::fromSeconds(26);
+    library->notes.update(edited);
+    EXPECT_EQ(splices, 2) << "a row that keeps its place is not spliced";
+    list.togglePin({b.id});
+    EXPECT_THAT(titles(), ElementsAre("b", "c", "a"));
+    list.perform({c.id, NoteActionType::toggleArchive});
+    EXPECT_THAT(titles(), ElementsAre("b", "a"));
+    EXPECT_EQ(list.positionOf(a.id), 1U);
+    EXPECT_FALSE(list.positionOf(c.id).has_value());
+}
+
+TEST_F(NoteListViewModelTest, PatchingGivesWhatReadingAnewGives) {
+    std::mt19937 random(3);
+    std::vector<Note> notes;
+    list.setSortOption(SortOption::title);
+    for (int i = 0; i < 200; ++i) {
+        const auto pick = [&](std::size_t count) {
+            return static_cast<std::size_t>(random() % count);
+        };
+        if (notes.empty() || pick(3) == 0) {
+            notes.push_back(library.add("title " + std::to_string(pick(20)),
+                                        static_cast<std::int64_t>(pick(50))));
+        }
+        const Uuid id = notes[pick(notes.size())].id;
+        const auto action = pick(5);
+        if (action == 0) list.togglePin({id});
+        if (action == 1) list.moveToTrash({id});
+        if (action == 2) list.restoreFromTrash({id});
+        if (action == 3) list.toggleArchive({id});
+        if (action == 4) list.moveToTrash({id, notes[pick(notes.size())].id});
+        ASSERT_THAT(titles(), library.titles({}, SortOption::title)) << "after step " << i;
+    }
+}
+
+TEST_F(NoteListViewModelTest, ANewNoteGoesToTheSelectedFolder) {
+    const auto folder = sidebar.createFolder("f", std::nullopt);
+    list.setFilter(SidebarFilter::folder(folder->id));
+    std::optional<Uuid> created;
+    list.signalCreated().connect([&](const Uuid& id) { created = id; });
+    notifications.post(notifications::createNewNote);
+    ASSERT_TRUE(created.has_value());
+    EXPECT_EQ(list.positionOf(*created), 0U);
+    EXPECT_THAT(library.stored(*created).folderIDs, ElementsAre(folder->id));
+}
+
+TEST_F(NoteListViewModelTest, SeveralNotesGetOneState) {
+    const Note a = library.add("a");
+    const Note b = library.add("b");
+    list.togglePin({a.id});
+    list.togglePin({a.id, b.id});
+    EXPECT_TRUE(library.stored(a.id).isPinned && library.stored(b.id).isPinned);
+    list.togglePin({a.id, b.id});
+    EXPECT_FALSE(library.stored(a.id).isPinned || library.stored(b.id).isPinned);
+    std::vector<Uuid> trashed;
+    list.signalTrashed().connect([&](const std::vector<Uuid>& ids) { trashed = ids; });
+    list.moveToTrash({a.id, b.id});
+    EXPECT_THAT(titles(), IsEmpty());
+    list.restoreFromTrash(trashed);
+    EXPECT_EQ(list.size(), 2U);
+}
+
+TEST_F(NoteListViewModelTest, ASearchShowsHitsOfTheWholeLibraryNewestFirst) {
+    for (int i = 0; i < 450; ++i) {
+        library.add("common " + std::to_string(i), i);
+    }
+    const Note archived = library.add("RARE Źdźbło", 1000);
+    list.toggleArchive({archived.id});
+    list.setFilter({Kind::trash, {}, {}});
+    list.setSearchQuery("common");
+    ASSERT_TRUE(turnUntil([&] { return list.size() >= 200; }));
+    EXPECT_EQ(list.summaryAt(0)->title, "common 449");
+    list.showMore();
+    ASSERT_TRUE(turnUntil([&] { return list.size() == 400; }));
+    list.showMore();
+    ASSERT_TRUE(turnUntil([&] { return list.size() == 450 && list.isSearchFinished(); }));
+    list.setSearchQuery("zdzb");
+    ASSERT_TRUE(turnUntil([&] { return list.isSearchFinished(); }));
+    EXPECT_THAT(titles(), ElementsAre("RARE Źdźbło"));
+    library.add("another źdźbło", 2000);
+    ASSERT_TRUE(turnUntil([&] { return list.isSearchFinished() && list.size() == 2; }));
+    list.setSearchQuery("");
+    EXPECT_THAT(titles(), IsEmpty());
+}
+
+TEST_F(NoteListViewModelTest, AFailureIsOneLineAndTheListStays) {
+    FullDisk::makePossible();
+    TestLibrary full;
+    const Note note = full.add("kept");
+    NoteListViewModel fullList(*full, notifications);
+    fullList.reload();
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk fullDisk;
+        fullList.moveToTrash({note.id});
+        fullList.createNote();
+    }
+    const auto printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(printed,
+              "Error moving to trash: database or disk is full\n"
+              "Error creating note: database or disk is full\n");
+}
+
+TEST_F(NoteListViewModelTest, TheSidebarFollowsNotesAndFolders) {
+    sidebar.reload();
+    int changes = 0;
+    sidebar.signalChanged().connect([&] { ++changes; });
+    const auto parent = sidebar.createFolder("p", std::nullopt);
+    const auto child = sidebar.createFolder("c", parent->id);
+    const Note note = library.add("text #x/y");
+    ASSERT_TRUE(turnUntil([&] { return sidebar.allNotesCount == 1; }));
+    EXPECT_EQ(sidebar.tagTree.at(0).children.at(0).fullPath, "x/y");
+    EXPECT_FALSE(sidebar.dropNeedsQuestion({note.id}, child->id));
+    sidebar.addNotes({note.id}, child->id);
+    EXPECT_FALSE(sidebar.dropNeedsQuestion({note.id}, child->id)) << "only in the target itself";
+    EXPECT_TRUE(sidebar.dropNeedsQuestion({note.id}, parent->id));
+    EXPECT_EQ(sidebar.folders.at(0).children.at(0).noteCount, 1);
+    EXPECT_EQ(sidebar.unfiledCount, 0);
+    sidebar.moveNotes({note.id}, parent->id);
+    EXPECT_THAT(sidebar.folderIDsOf(note.id), ElementsAre(parent->id));
+    sidebar.renameFolder(parent->id, "ź");
+    sidebar.createFolder("ó", std::nullopt);
+    sidebar.createFolder("p", std::nullopt);
+    EXPECT_EQ(sidebar.allFolders().front().name, "c");
+    EXPECT_EQ(sidebar.allFolders().back().name, "ź");
+    sidebar.deleteFolder(parent->id);
+    EXPECT_EQ(sidebar.unfiledCount, 1);
+    const int before = changes;
+    sidebar.reload();
+    EXPECT_EQ(changes, before) << "nothing differs, nobody is told";
+}
+
+}  // namespace
+}  // namespace corvel
