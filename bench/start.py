@@ -1,0 +1,46 @@
+#!/usr/bin/env python3
+"""First frame of the program over a library, beside an empty gtkmm window: the ratio of their medians.
+
+usage: start.py PROGRAM EMPTY_WINDOW STORE_FOLDER [ROUNDS]
+STORE_FOLDER holds qnoCorvel.sqlite; it is used as it is. Needs a display (xvfb-run -a).
+"""
+
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+
+def first_frame(program, home):
+    """Milliseconds from the start of the process to its first painted frame."""
+    environment = dict(os.environ, CORVEL_FIRST_FRAME="1", XDG_DATA_HOME=home, XDG_CONFIG_HOME=home,
+                       XDG_CACHE_HOME=home, GDK_BACKEND="x11")
+    started = time.monotonic_ns()
+    process = subprocess.Popen([program], stdout=subprocess.PIPE, env=environment, text=True)
+    try:
+        for line in process.stdout:
+            if line.startswith("first-frame "):
+                return (int(line.split()[1]) - started) / 1e6
+        raise SystemExit(f"{program} ended without a frame")
+    finally:
+        process.terminate()
+        process.wait()
+
+
+def main():
+    program, empty, store = sys.argv[1:4]
+    rounds = int(sys.argv[4]) if len(sys.argv) > 4 else 15
+    with tempfile.TemporaryDirectory() as home:
+        folder = os.path.join(home, "qno Corvel")
+        os.makedirs(folder)
+        shutil.copy(os.path.join(store, "qnoCorvel.sqlite"), folder)
+        pairs = [(first_frame(empty, home), first_frame(program, home)) for _ in range(rounds + 1)][1:]
+    medians = [statistics.median(side) for side in zip(*pairs)]
+    print(f"empty window {medians[0]:.0f} ms, program {medians[1]:.0f} ms, ratio {medians[1] / medians[0]:.2f}")
+
+
+if __name__ == "__main__":
+    main()

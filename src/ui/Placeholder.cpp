@@ -1,1 +1,0 @@
-#include <gtkmm/application.h>
