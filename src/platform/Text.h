@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,9 +23,15 @@ std::string lowercased(std::string_view text);
 std::string withoutDiacritics(std::string_view text);
 
 /// The form in which search compares: NFD, combining marks dropped, case-folded, letters with a
-/// stroke as their base letter ("Łódź" gives "lodz"). Equal forms match; a form that contains
-/// another's contains it.
+/// stroke as their base letter ("Łódź" gives "lodz"). Each code point has its form whatever stands
+/// beside it, so texts may be folded in pieces, and a text that contains another has a form that
+/// contains the other's.
 std::string foldedForSearch(std::string_view text);
+/// Appends the form of `text` to `folded`.
+void foldForSearch(std::string_view text, std::string& folded);
+
+/// The longest start of `text` of at most `size` bytes that does not end inside a character.
+std::string_view prefixByBytes(std::string_view text, std::size_t size);
 
 /// Word tokens by the word-break rules of UAX #29: segments with a letter, a digit, kana or an
 /// ideograph.
@@ -36,7 +43,7 @@ std::string_view prefixByGraphemes(std::string_view text, std::size_t count);
 /// Order of two texts in a language ("pl", "en"): negative, zero or positive.
 int collate(std::string_view a, std::string_view b, const char* language);
 
-/// `text` in UTF-8 when it is Windows-1250; false when a byte has no meaning there.
-bool fromWindows1250(std::string_view bytes, std::string& text);
+/// Windows-1250 as UTF-8; none when a byte has no meaning there.
+std::optional<std::string> fromWindows1250(std::string_view bytes);
 
 }  // namespace corvel::text
