@@ -44,7 +44,7 @@ void ViewContext::save() {
     if (m_unsaved.empty() || m_openGroups > 0) return;
     ensureTransaction();
     try {
-        m_database.execute("COMMIT");
+        m_database.query("COMMIT").run();
     } catch (const StoreError&) {
         if (!m_database.inTransaction()) m_replayNeeded = true;
         replayQuietly();
@@ -55,18 +55,18 @@ void ViewContext::save() {
 
 void ViewContext::ensureTransaction() {
     if (m_replayNeeded) replay();
-    if (!m_database.inTransaction()) m_database.execute("BEGIN IMMEDIATE");
+    if (!m_database.inTransaction()) m_database.query("BEGIN IMMEDIATE").run();
 }
 
 void ViewContext::runOne(const Change& change) {
-    m_database.execute("SAVEPOINT change");
+    m_database.query("SAVEPOINT change").run();
     try {
         change(m_database);
-        m_database.execute("RELEASE change");
+        m_database.query("RELEASE change").run();
     } catch (...) {
         if (m_database.inTransaction()) {
-            m_database.execute("ROLLBACK TO change");
-            m_database.execute("RELEASE change");
+            m_database.query("ROLLBACK TO change").run();
+            m_database.query("RELEASE change").run();
         }
         throw;
     }
@@ -82,7 +82,7 @@ void ViewContext::remember(Change change, std::string key) {
 
 void ViewContext::replay() {
     if (m_database.inTransaction()) m_database.execute("ROLLBACK");
-    m_database.execute("BEGIN IMMEDIATE");
+    m_database.query("BEGIN IMMEDIATE").run();
     for (const auto& unsaved : m_unsaved) {
         runOne(unsaved.change);
     }
