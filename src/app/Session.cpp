@@ -60,7 +60,10 @@ void Session::bindList() {
 void Session::bindEditor() {
     m_connections.emplace_back(
         state.selectedNoteID.signalChanged().connect(sigc::mem_fun(*this, &Session::openSelected)));
-    const auto publish = [this] { state.selectedNote.set(editor.note()); };
+    const auto publish = [this] {
+        state.selectedNote.set(editor.note());
+        if (!editor.note()) state.selectedNoteID.set(std::nullopt);
+    };
     m_connections.emplace_back(editor.signalOpened().connect(publish));
     m_connections.emplace_back(editor.signalStateChanged().connect(publish));
     m_connections.emplace_back(notifications.observe(
@@ -71,12 +74,11 @@ void Session::updateSearch() {
     list.setSearchQuery(state.isSearchActive.get() ? state.searchQuery.get() : std::string());
 }
 
+// What is open is what is selected: a note whose save the store refuses stays, its text is nowhere else;
+// a note that is gone is not selected.
 void Session::openSelected() {
-    const auto open = [this] {
-        return editor.note() ? std::optional(editor.note()->id) : std::nullopt;
-    };
-    // A note whose save the store refuses stays selected: its text is nowhere else.
-    if (!editor.open(state.selectedNoteID.get())) state.selectedNoteID.set(open());
+    editor.open(state.selectedNoteID.get());
+    state.selectedNoteID.set(editor.note() ? std::optional(editor.note()->id) : std::nullopt);
 }
 
 void Session::showCreated(const Uuid& id) {

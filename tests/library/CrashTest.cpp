@@ -77,8 +77,9 @@ TEST(Crash, AKilledProgramLosesNoSaveItAcknowledged) {
         const auto content = library.stored(note.id).content;
         EXPECT_TRUE(content == textOfSave(acknowledged) || content == textOfSave(acknowledged + 1))
             << "acknowledged " << acknowledged << ", found " << content.substr(0, 20);
-        EXPECT_EQ(pathsOf(library.stored(note.id)).back(),
-                  content.substr(content.find("tag/"), content.find('x') - content.find("tag/")));
+        const auto tag =
+            content.substr(content.find("tag/"), content.find(" x") - content.find("tag/"));
+        EXPECT_EQ(pathsOf(library.stored(note.id)).back(), tag);
     }
 }
 

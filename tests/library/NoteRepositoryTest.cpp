@@ -37,7 +37,7 @@ TEST(NoteRepository, ARecordComesBackAsItWasStored) {
     library.reopen();
 
     Note stored = library.stored(note.id);
-    EXPECT_EQ(stored.wordCount, 6);
+    EXPECT_EQ(stored.wordCount, 7);
     EXPECT_EQ(pathsOf(stored), (std::vector<std::string>{"tag", "tag/sub"}));
     stored.wordCount = 0;
     stored.tags.clear();
