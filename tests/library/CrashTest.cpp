@@ -15,7 +15,7 @@ constexpr int kSavesARound = 40;
 constexpr int kRounds = 5;
 
 std::string textOfSave(int number) {
-    return "save " + std::to_string(number) + " #tag/" + std::to_string(number) +
+    return "save " + std::to_string(number) + " #tag/" + std::to_string(number) + " " +
            std::string(5000, 'x');
 }
 
