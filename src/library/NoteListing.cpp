@@ -4,8 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <tuple>
-#include <unordered_set>
+#include <utility>
 
 namespace corvel {
 
@@ -51,15 +52,6 @@ SqlTable makeFixedSql() {
     return table;
 }
 
-std::array<std::string, kOrders.size()> makeGatheredSql(const std::string& gather) {
-    std::array<std::string, kOrders.size()> table;
-    for (std::size_t order = 0; order < kOrders.size(); ++order) {
-        table[order] = "SELECT pk FROM note WHERE pk IN (" + gather + ") ORDER BY isPinned DESC, " +
-                       kOrders[order] + ", pk LIMIT ?";
-    }
-    return table;
-}
-
 std::vector<RowId> readRows(Query& query) {
     std::vector<RowId> rows;
     while (query.next()) {
@@ -68,119 +60,17 @@ std::vector<RowId> readRows(Query& query) {
     return rows;
 }
 
-std::vector<RowId> fixedRows(Database& database,
-                             SidebarFilter::Kind kind,
-                             std::size_t order,
-                             std::size_t limit) {
+// Its one parameter is the limit.
+Query fixedQuery(Database& database, SidebarFilter::Kind kind, std::size_t order) {
     static const SqlTable kSql = makeFixedSql();
     const auto found = std::find_if(kFixedFilters.begin(), kFixedFilters.end(),
                                     [&](const auto& row) { return row.kind == kind; });
-    if (found == kFixedFilters.end()) return {};
-    auto query =
-        database.query(kSql[static_cast<std::size_t>(found - kFixedFilters.begin())][order]);
-    query.bind(sqlLimit(limit));
-    return readRows(query);
-}
-
-std::vector<RowId> folderRows(Database& database,
-                              const Uuid& folderID,
-                              SortOption sort,
-                              std::size_t limit) {
-    static const auto kGathered = makeGatheredSql(
-        "SELECT notePk FROM noteFolder WHERE folderPk=(SELECT pk FROM folder WHERE id=?) AND "
-        "isListed=1");
-    constexpr std::string_view kByIndex =
-        "SELECT notePk FROM noteFolder INDEXED BY listFolder"
-        " WHERE folderPk=(SELECT pk FROM folder WHERE id=?) AND isListed=1"
-        " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?";
-    auto query = database.query(sort == SortOption::modifiedDate
-                                    ? kByIndex
-                                    : std::string_view(kGathered[static_cast<std::size_t>(sort)]));
-    query.bind(folderID, sqlLimit(limit));
-    return readRows(query);
+    return database.query(kSql[static_cast<std::size_t>(found - kFixedFilters.begin())][order]);
 }
 
 // The text after every text that begins with `prefix`: no UTF-8 holds the byte 0xFF.
 std::string endOfPrefix(const std::string& prefix) {
     return prefix + '\xFF';
-}
-
-struct TagMember {
-    bool isPinned;
-    Date modifiedAt;
-    RowId row;
-    auto key() const { return std::tuple(!isPinned, -modifiedAt.microseconds, row); }
-    bool operator<(const TagMember& other) const { return key() < other.key(); }
-};
-
-void readTagMembers(Database& database,
-                    std::int64_t tagKey,
-                    std::size_t limit,
-                    std::vector<TagMember>& members) {
-    auto query = database.query(
-        "SELECT isPinned, modifiedAt, notePk FROM noteTag INDEXED BY listTag"
-        " WHERE tagPk=? AND isListed=1 AND isAttached=1"
-        " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
-    query.bind(tagKey, sqlLimit(limit));
-    while (query.next()) {
-        members.push_back({query.boolean(0), query.date(1), query.integer(2)});
-    }
-}
-
-// A prefix may span many tags: the first rows of each are merged, and a note with several counts
-// once.
-std::vector<RowId> newestTagRows(Database& database, const std::string& prefix, std::size_t limit) {
-    std::vector<std::int64_t> tags;
-    {
-        auto query =
-            database.query("SELECT pk FROM tag WHERE fullPath>=? AND fullPath<? AND isObject=1");
-        const auto end = endOfPrefix(prefix);
-        query.bind(prefix, end);
-        tags = readRows(query);
-    }
-    std::vector<TagMember> members;
-    for (const auto tag : tags) {
-        readTagMembers(database, tag, limit, members);
-    }
-    if (tags.size() > 1) std::sort(members.begin(), members.end());
-    std::vector<RowId> rows;
-    for (const auto& member : members) {
-        if (rows.size() == limit) break;
-        if (rows.empty() || rows.back() != member.row) rows.push_back(member.row);
-    }
-    return rows;
-}
-
-std::vector<RowId> tagRowsInOrder(Database& database,
-                                  const std::string& prefix,
-                                  std::size_t order,
-                                  std::size_t limit) {
-    static const auto kGathered = makeGatheredSql(
-        "SELECT notePk FROM noteTag WHERE tagPk IN (SELECT pk FROM tag WHERE fullPath>=? AND "
-        "fullPath<?)"
-        " AND isListed=1 AND isAttached=1");
-    auto query = database.query(kGathered[order]);
-    const auto end = endOfPrefix(prefix);
-    query.bind(prefix, end, sqlLimit(limit));
-    return readRows(query);
-}
-
-bool matchesFixed(Database& database, SidebarFilter::Kind kind, RowId row) {
-    static const auto kSql = [] {
-        std::array<std::string, kFixedFilters.size()> table;
-        std::transform(kFixedFilters.begin(), kFixedFilters.end(), table.begin(),
-                       [](const auto& filter) {
-                           return std::string("SELECT 1 FROM note WHERE pk=? AND ") + filter.where;
-                       });
-        return table;
-    }();
-    for (std::size_t i = 0; i < kFixedFilters.size(); ++i) {
-        if (kFixedFilters[i].kind != kind) continue;
-        auto query = database.query(kSql[i]);
-        query.bind(row);
-        return query.next();
-    }
-    return false;
 }
 
 // What a list is ordered by: ascending in all members.
@@ -217,6 +107,118 @@ SortKey readSortKey(Database& database, RowId row, SortOption sort) {
     return key;
 }
 
+// Every note carries all prefixes of its tags, so of the tags in a range those stand for all whose
+// parent is outside it: for "work" these are work and workshop, not work/plan.
+std::vector<std::int64_t> coveringTags(Database& database, const std::string& prefix) {
+    auto query = database.query(
+        "SELECT tag.pk FROM tag LEFT JOIN tag AS parent ON parent.pk=tag.parentPk"
+        " WHERE tag.fullPath>=?1 AND tag.fullPath<?2 AND (parent.fullPath IS NULL OR "
+        "parent.fullPath<?1)");
+    const auto end = endOfPrefix(prefix);
+    query.bind(prefix, end);
+    return readRows(query);
+}
+
+struct TagMember {
+    bool isPinned;
+    Date modifiedAt;
+    RowId row;
+    auto key() const { return std::tuple(!isPinned, -modifiedAt.microseconds, row); }
+    bool operator<(const TagMember& other) const { return key() < other.key(); }
+};
+
+void readTagMembers(Database& database,
+                    std::int64_t tagKey,
+                    std::size_t limit,
+                    std::vector<TagMember>& members) {
+    auto query = database.query(
+        "SELECT isPinned, modifiedAt, notePk FROM noteTag INDEXED BY listTag"
+        " WHERE tagPk=? AND isListed=1 AND isAttached=1"
+        " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
+    query.bind(tagKey, sqlLimit(limit));
+    while (query.next()) {
+        members.push_back({query.boolean(0), query.date(1), query.integer(2)});
+    }
+}
+
+// A prefix may span several tags: the first rows of each are merged, and a note with several counts
+// once.
+std::vector<RowId> newestTagRows(Database& database, const std::string& prefix, std::size_t limit) {
+    const auto tags = coveringTags(database, prefix);
+    std::vector<TagMember> members;
+    for (const auto tag : tags) {
+        readTagMembers(database, tag, limit, members);
+    }
+    if (tags.size() > 1) std::sort(members.begin(), members.end());
+    std::vector<RowId> rows;
+    rows.reserve(std::min(members.size(), limit));
+    for (const auto& member : members) {
+        if (rows.size() == limit) break;
+        if (rows.empty() || rows.back() != member.row) rows.push_back(member.row);
+    }
+    return rows;
+}
+
+std::vector<RowId> folderMembers(Database& database, const Uuid& folderID, std::size_t limit) {
+    auto query = database.query(
+        "SELECT notePk FROM noteFolder INDEXED BY listFolder"
+        " WHERE folderPk=(SELECT pk FROM folder WHERE id=?) AND isListed=1"
+        " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
+    query.bind(folderID, sqlLimit(limit));
+    return readRows(query);
+}
+
+// Another order than the one their index has: few members are sorted by their keys, many are picked
+// out of the whole list, which has an index in every order.
+std::vector<RowId> inOrder(Database& database,
+                           std::vector<RowId> members,
+                           SortOption sort,
+                           std::size_t limit) {
+    constexpr std::size_t kFew = 300;
+    if (members.size() <= kFew) {
+        std::vector<SortKey> keys;
+        std::transform(members.begin(), members.end(), std::back_inserter(keys),
+                       [&](RowId row) { return readSortKey(database, row, sort); });
+        std::sort(keys.begin(), keys.end());
+        std::transform(keys.begin(), keys.end(), members.begin(),
+                       [](const SortKey& key) { return key.row; });
+        if (members.size() > limit) members.resize(limit);
+        return members;
+    }
+    std::vector<bool> isMember(
+        static_cast<std::size_t>(*std::max_element(members.begin(), members.end())) + 1);
+    for (const RowId row : members) {
+        isMember[static_cast<std::size_t>(row)] = true;
+    }
+    auto query =
+        fixedQuery(database, SidebarFilter::Kind::allNotes, static_cast<std::size_t>(sort));
+    query.bind(kSqlNoLimit);
+    std::vector<RowId> rows;
+    while (rows.size() < std::min(limit, members.size()) && query.next()) {
+        const auto row = static_cast<std::size_t>(query.integer(0));
+        if (row < isMember.size() && isMember[row]) rows.push_back(query.integer(0));
+    }
+    return rows;
+}
+
+bool matchesFixed(Database& database, SidebarFilter::Kind kind, RowId row) {
+    static const auto kSql = [] {
+        std::array<std::string, kFixedFilters.size()> table;
+        std::transform(kFixedFilters.begin(), kFixedFilters.end(), table.begin(),
+                       [](const auto& filter) {
+                           return std::string("SELECT 1 FROM note WHERE pk=? AND ") + filter.where;
+                       });
+        return table;
+    }();
+    for (std::size_t i = 0; i < kFixedFilters.size(); ++i) {
+        if (kFixedFilters[i].kind != kind) continue;
+        auto query = database.query(kSql[i]);
+        query.bind(row);
+        return query.next();
+    }
+    return false;
+}
+
 // The longest paths say all: a/b/c stands for a and a/b too.
 std::vector<std::string> longestPaths(Database& database, RowId row) {
     constexpr std::size_t kMost = 3;
@@ -248,17 +250,18 @@ std::vector<RowId> NoteListing::rows(const SidebarFilter& filter,
                                      SortOption sort,
                                      std::size_t limit) const {
     Database& database = m_context.database();
-    const auto order = static_cast<std::size_t>(sort);
-    switch (filter.kind) {
-        case SidebarFilter::Kind::folder:
-            return folderRows(database, filter.folderID, sort, limit);
-        case SidebarFilter::Kind::tag:
-            return sort == SortOption::modifiedDate
-                       ? newestTagRows(database, filter.tagPath, limit)
-                       : tagRowsInOrder(database, filter.tagPath, order, limit);
-        default:
-            return fixedRows(database, filter.kind, order, limit);
+    const bool byDate = sort == SortOption::modifiedDate;
+    if (filter.kind == SidebarFilter::Kind::folder) {
+        auto members = folderMembers(database, filter.folderID, byDate ? limit : kNoLimit);
+        return byDate ? members : inOrder(database, std::move(members), sort, limit);
     }
+    if (filter.kind == SidebarFilter::Kind::tag) {
+        auto members = newestTagRows(database, filter.tagPath, byDate ? limit : kNoLimit);
+        return byDate ? members : inOrder(database, std::move(members), sort, limit);
+    }
+    auto query = fixedQuery(database, filter.kind, static_cast<std::size_t>(sort));
+    query.bind(sqlLimit(limit));
+    return readRows(query);
 }
 
 bool NoteListing::contains(const SidebarFilter& filter, RowId row) const {

@@ -27,9 +27,14 @@ void insertNoteRow(Database& database, const Note& note, const DerivedText& deri
         .run();
 }
 
-std::vector<std::string> pathsOf(const std::vector<Tag>& tags) {
+// Lists of a tag rely on it: a note carries every prefix of its tags.
+std::vector<std::string> pathsWithPrefixes(const std::vector<Tag>& tags) {
     std::vector<std::string> paths;
     for (const Tag& tag : tags) {
+        for (auto end = tag.fullPath.find('/'); end != std::string::npos;
+             end = tag.fullPath.find('/', end + 1)) {
+            paths.push_back(tag.fullPath.substr(0, end));
+        }
         paths.push_back(tag.fullPath);
     }
     return paths;
@@ -81,7 +86,7 @@ void insert(Database& database, const Note& note, const DerivedText& derived) {
     database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
         .bind(row, note.content)
         .run();
-    tagRows::attach(database, row, pathsOf(note.tags));
+    tagRows::attach(database, row, pathsWithPrefixes(note.tags));
     tagRows::attach(database, row, derived.tagPaths);
     tagRows::markInText(database, row, derived.tagPaths);
     fileInFolders(database, row, note.folderIDs);

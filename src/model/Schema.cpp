@@ -119,11 +119,13 @@ std::string listIndexes() {
                    " ON note(isPinned DESC, " + key + ") WHERE " + part.where + ";\n";
         }
     }
+    // What their WHERE names stands in the index too: otherwise SQLite looks at every row itself.
     sql +=
-        "CREATE INDEX listTag ON noteTag(tagPk, isPinned DESC, modifiedAt DESC, notePk)"
+        "CREATE INDEX listTag ON noteTag"
+        "(tagPk, isPinned DESC, modifiedAt DESC, notePk, isListed, isAttached)"
         " WHERE isListed=1 AND isAttached=1;\n"
-        "CREATE INDEX listFolder ON noteFolder(folderPk, isPinned DESC, modifiedAt DESC, notePk)"
-        " WHERE isListed=1;\n"
+        "CREATE INDEX listFolder ON noteFolder"
+        "(folderPk, isPinned DESC, modifiedAt DESC, notePk, isListed) WHERE isListed=1;\n"
         "CREATE INDEX noteByModified ON note(modifiedAt DESC) WHERE isTrashed=0;\n";
     return sql;
 }

@@ -161,6 +161,9 @@ void Database::configure() {
     m_database->exec("PRAGMA journal_mode=WAL");
     m_database->exec("PRAGMA synchronous=FULL");
     m_database->exec("PRAGMA foreign_keys=ON");
+    // Room for the indexes of a hundred thousand notes: lists read them whole, an import writes
+    // them all over.
+    m_database->exec("PRAGMA cache_size=-65536");
 }
 
 Query Database::query(std::string_view sql) {

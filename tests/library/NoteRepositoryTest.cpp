@@ -80,10 +80,10 @@ TEST(NoteRepository, UpdateWritesWhatAnEditorMayChangeAndNothingElse) {
 TEST(NoteRepository, TagsAreAttachedWithTheirPathAndOutliveTheirLastNote) {
     TestLibrary library;
     Note note = noteFrom("text #a/b/c and `#code` and\n```\n#fenced\n```\nword#none");
-    note.tags = {Tag{Uuid::random(), "extra", "extra", {}}};
+    note.tags = {Tag{Uuid::random(), "tra", "ex/tra", {}}};
     library->notes.create(note);
     const Note stored = library.stored(note.id);
-    EXPECT_THAT(pathsOf(stored), ElementsAre("a", "a/b", "a/b/c", "extra"));
+    EXPECT_THAT(pathsOf(stored), ElementsAre("a", "a/b", "a/b/c", "ex", "ex/tra"));
     const auto root = std::find_if(stored.tags.begin(), stored.tags.end(),
                                    [](const Tag& tag) { return tag.fullPath == "a"; });
     ASSERT_EQ(root->children.size(), 1U);
@@ -95,7 +95,7 @@ TEST(NoteRepository, TagsAreAttachedWithTheirPathAndOutliveTheirLastNote) {
     EXPECT_THAT(pathsOf(library.stored(note.id)), IsEmpty());
     auto query = library.controller().viewContext().database().query("SELECT count(*) FROM tag");
     ASSERT_TRUE(query.next());
-    EXPECT_EQ(query.integer(0), 4);
+    EXPECT_EQ(query.integer(0), 5);
     EXPECT_THAT(library->listing.tagPaths(), IsEmpty());
 }
 
