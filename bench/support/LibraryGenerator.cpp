@@ -18,8 +18,8 @@ namespace {
 constexpr std::size_t kBatch = 500;
 constexpr std::size_t kEveryLarge = 400;
 constexpr std::size_t kEveryHuge = 20'000;
-constexpr std::size_t kLarge = 100 * 1024;
-constexpr std::size_t kHuge = 1024 * 1024;
+constexpr std::size_t kLarge = std::size_t{100} * 1024;
+constexpr std::size_t kHuge = std::size_t{1024} * 1024;
 constexpr Date kNewest = Date::fromSeconds(1'735'689'600);  // 2025-01-01
 constexpr std::size_t kTenYearsInMinutes = std::size_t{10} * 365 * 24 * 60;
 constexpr std::array<const char*, 8> kRoots{"praca", "dom",     "nauka", "podróże",
@@ -123,7 +123,7 @@ void LibraryGenerator::fillStore(PersistenceController& controller, std::size_t 
 std::filesystem::path LibraryGenerator::cachedStore(std::size_t count) const {
     const char* chosen = std::getenv("CORVEL_BENCH_CACHE");
     const std::filesystem::path cache = chosen != nullptr ? chosen : CORVEL_BENCH_CACHE;
-    const auto folder = cache / ("library-" + std::to_string(count) + "-" + std::to_string(m_seed));
+    auto folder = cache / ("library-" + std::to_string(count) + "-" + std::to_string(m_seed));
     if (std::filesystem::exists(folder)) return folder;
     std::cerr << "filling a library of " << count << " notes\n";
     // Renamed when whole: a run that was broken off leaves nothing that looks finished.

@@ -16,7 +16,7 @@ namespace corvel {
 class AttachmentFiles {
 public:
     /// Data of at least this many bytes is kept in a file.
-    static constexpr std::size_t kThreshold = 100 * 1024;
+    static constexpr std::size_t kThreshold = std::size_t{100} * 1024;
 
     /// An empty path keeps everything in the database (the store in memory).
     explicit AttachmentFiles(std::filesystem::path folder);

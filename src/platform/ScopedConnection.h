@@ -10,8 +10,7 @@ namespace corvel {
 class ScopedConnection {
 public:
     ScopedConnection() = default;
-    ScopedConnection(sigc::connection connection)  // NOLINT(google-explicit-constructor)
-        : m_connection(std::move(connection)) {}
+    ScopedConnection(const sigc::connection& connection) : m_connection(connection) {}
     ScopedConnection(ScopedConnection&& other) noexcept
         : m_connection(std::exchange(other.m_connection, {})) {}
     ScopedConnection& operator=(ScopedConnection&& other) noexcept {
