@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace corvel {
+
+/// The page that shows a rendered note, and the scripts that are run in it.
+class PreviewPage {
+public:
+    /// The complete page.
+    static std::string html(std::string_view stylesheet, std::string_view body);
+    /// "sha256-…" of the page's script: what a content security policy names to let it run.
+    static std::string scriptHash();
+
+    /// Replaces the shown body.
+    static std::string updateScript(std::string_view body);
+    /// Scrolls to a share, 0..1, of the scrollable height.
+    static std::string scrollScript(double percent);
+    /// Scrolls to the element with the id `fragment`.
+    static std::string jumpScript(std::string_view fragment);
+};
+
+}  // namespace corvel

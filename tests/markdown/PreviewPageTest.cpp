@@ -1,0 +1,33 @@
+#include "markdown/PreviewPage.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace corvel {
+namespace {
+
+TEST(PreviewPage, IsTheRecordedTemplateWithTheStylesheetAndTheBody) {
+    std::ifstream file(CORVEL_TEST_DATA "/markdown/cases/preview/page.html", std::ios::binary);
+    const std::string recorded{std::istreambuf_iterator<char>(file), {}};
+    ASSERT_FALSE(recorded.empty());
+    EXPECT_EQ(PreviewPage::html("CSS", "BODY"), recorded);
+    EXPECT_EQ(PreviewPage::scriptHash(), "sha256-PpTn5sgoJZ9vPATrCgnMc19Mq00VzsGudi4rBBoyntg=");
+}
+
+TEST(PreviewPage, EscapesWhatATemplateLiteralWouldInterpret) {
+    EXPECT_EQ(PreviewPage::updateScript("a`b\\c${d}$e$"), "updateContent(`a\\`b\\\\c\\${d}$e$`);");
+    EXPECT_EQ(PreviewPage::updateScript("\\${"), "updateContent(`\\\\\\${`);");
+}
+
+TEST(PreviewPage, CannotBeMadeToRunAFragment) {
+    EXPECT_EQ(PreviewPage::jumpScript("it's"),
+              "document.getElementById('it\\'s')?.scrollIntoView({behavior:'smooth'});");
+    EXPECT_EQ(PreviewPage::jumpScript("\\');alert(1)//\n"),
+              "document.getElementById('\\\\\\');alert(1)//\\n')"
+              "?.scrollIntoView({behavior:'smooth'});");
+}
+
+}  // namespace
+}  // namespace corvel
