@@ -74,8 +74,8 @@ void Session::updateSearch() {
     list.setSearchQuery(state.isSearchActive.get() ? state.searchQuery.get() : std::string());
 }
 
-// What is open is what is selected: a note whose save the store refuses stays, its text is nowhere else;
-// a note that is gone is not selected.
+// What is open is what is selected: a note whose save the store refuses stays, its text is nowhere
+// else; a note that is gone is not selected.
 void Session::openSelected() {
     editor.open(state.selectedNoteID.get());
     state.selectedNoteID.set(editor.note() ? std::optional(editor.note()->id) : std::nullopt);

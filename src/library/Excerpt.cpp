@@ -13,8 +13,6 @@ namespace corvel {
 namespace {
 
 constexpr std::size_t kLength = 200;
-// So many bytes hold 200 characters of any ordinary text.
-constexpr std::size_t kEnoughBytes = kLength * 8;
 
 bool isLetterOrDigit(char byte) {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
@@ -61,10 +59,11 @@ void Excerpt::addLine(std::string_view line) {
 }
 
 bool Excerpt::isFull() const {
-    return m_text.size() >= kEnoughBytes;
+    return m_codePoints >= kLength;
 }
 
 std::string Excerpt::take() {
+    m_codePoints = 0;
     return std::string(text::prefixByGraphemes(std::exchange(m_text, {}), kLength));
 }
 
@@ -147,9 +146,14 @@ std::size_t Excerpt::addLink(std::string_view text, std::size_t position) {
 }
 
 void Excerpt::add(char byte) {
-    if (m_isSpaceDue && !m_text.empty()) m_text.push_back(' ');
+    if (m_isSpaceDue && !m_text.empty()) {
+        m_text.push_back(' ');
+        ++m_codePoints;
+    }
     m_isSpaceDue = false;
     m_text.push_back(byte);
+    const bool isContinuation = (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+    if (!isContinuation) ++m_codePoints;
 }
 
 }  // namespace corvel

@@ -22,6 +22,7 @@ private:
     void add(char byte);
 
     std::string m_text;
+    std::size_t m_codePoints = 0;
     bool m_isSpaceDue = false;
 };
 

@@ -54,6 +54,17 @@ bool isInArchive(const NoteState& state) {
 
 }  // namespace
 
+NoteState NoteState::of(const Note& note) {
+    NoteState state;
+    state.exists = true;
+    state.isPinned = note.isPinned;
+    state.isArchived = note.isArchived;
+    state.isTrashed = note.isTrashed;
+    state.hasBookmark = note.bookmarkData.has_value();
+    state.modifiedAt = note.modifiedAt;
+    return state;
+}
+
 NoteState NoteState::read(Database& database, RowId row) {
     NoteState state;
     {
@@ -69,10 +80,13 @@ NoteState NoteState::read(Database& database, RowId row) {
         state.hasBookmark = query.boolean(3);
         state.modifiedAt = query.date(4);
     }
-    state.folders = readKeys(database, "SELECT folderPk FROM noteFolder WHERE notePk=?", row);
-    state.textTags =
-        readKeys(database, "SELECT tagPk FROM noteTag WHERE notePk=? AND isInText=1", row);
+    state.readLinks(database, row);
     return state;
+}
+
+void NoteState::readLinks(Database& database, RowId row) {
+    folders = readKeys(database, "SELECT folderPk FROM noteFolder WHERE notePk=?", row);
+    textTags = readKeys(database, "SELECT tagPk FROM noteTag WHERE notePk=? AND isInText=1", row);
 }
 
 NoteBookkeeping::NoteBookkeeping(Database& database, RowId row)
@@ -80,10 +94,14 @@ NoteBookkeeping::NoteBookkeeping(Database& database, RowId row)
 
 void NoteBookkeeping::finish() {
     const NoteState after = NoteState::read(m_database, m_row);
+    if (after.exists) updateCopies(after);
+    finishWith(after);
+}
+
+void NoteBookkeeping::finishWith(const NoteState& after) {
     updateCounters(after);
     updateFolders(after);
     updateTags(after);
-    if (after.exists) updateCopies(after);
     m_before = after;
 }
 

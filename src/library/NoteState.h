@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/NoteSummary.h"
+#include "model/Note.h"
 #include "platform/Database.h"
 
 #include <cstdint>
@@ -23,7 +24,10 @@ struct NoteState {
     /// Shown in the ordinary lists.
     bool isListed() const { return exists && !isTrashed && !isArchived; }
 
+    /// The share of a record that is about to be stored: without folders and tags.
+    static NoteState of(const Note& note);
     static NoteState read(Database& database, RowId row);
+    void readLinks(Database& database, RowId row);
 };
 
 /// Keeps the counts and copies in step with one note: made before a change of it, finished after.
@@ -35,7 +39,10 @@ public:
 
     NoteBookkeeping(Database& database, RowId row);
     NoteBookkeeping(Database& database, RowId row, NewNote) : m_database(database), m_row(row) {}
+    /// Reads the state after the change.
     void finish();
+    /// For a caller that knows the state after the change and has written the copies itself.
+    void finishWith(const NoteState& after);
 
 private:
     void updateCounters(const NoteState& after);

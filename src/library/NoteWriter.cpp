@@ -40,13 +40,16 @@ std::vector<std::string> pathsWithPrefixes(const std::vector<Tag>& tags) {
     return paths;
 }
 
-void fileInFolders(Database& database, RowId row, const std::vector<Uuid>& folderIDs) {
+void fileInFolders(Database& database,
+                   RowId row,
+                   const std::vector<Uuid>& folderIDs,
+                   const NoteState& state) {
     for (const Uuid& id : folderIDs) {
         database
             .query(
-                "INSERT OR IGNORE INTO noteFolder(folderPk, notePk)"
-                " SELECT pk, ? FROM folder WHERE id=?")
-            .bind(row, id)
+                "INSERT OR IGNORE INTO noteFolder(folderPk, notePk, isListed, isPinned, modifiedAt)"
+                " SELECT pk, ?, ?, ?, ? FROM folder WHERE id=?")
+            .bind(row, state.isListed(), state.isPinned, state.modifiedAt, id)
             .run();
     }
 }
@@ -83,14 +86,15 @@ void insert(Database& database, const Note& note, const DerivedText& derived) {
     insertNoteRow(database, note, derived);
     const RowId row = database.lastInsertedRow();
     NoteBookkeeping bookkeeping(database, row, NoteBookkeeping::NewNote{});
+    NoteState state = NoteState::of(note);
     database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
         .bind(row, note.content)
         .run();
-    tagRows::attach(database, row, pathsWithPrefixes(note.tags));
-    tagRows::attach(database, row, derived.tagPaths);
-    tagRows::markInText(database, row, derived.tagPaths);
-    fileInFolders(database, row, note.folderIDs);
-    bookkeeping.finish();
+    tagRows::attach(database, row, pathsWithPrefixes(note.tags), tagRows::Source::elsewhere, state);
+    tagRows::attach(database, row, derived.tagPaths, tagRows::Source::text, state);
+    fileInFolders(database, row, note.folderIDs, state);
+    state.readLinks(database, row);
+    bookkeeping.finishWith(state);
 }
 
 void update(Database& database, RowId row, const Note& note, const DerivedText& derived) {
@@ -102,7 +106,7 @@ void update(Database& database, RowId row, const Note& note, const DerivedText& 
             " ON CONFLICT(notePk) DO UPDATE SET content=excluded.content")
         .bind(row, note.content)
         .run();
-    tagRows::replace(database, row, derived.tagPaths);
+    tagRows::replace(database, row, derived.tagPaths, NoteState::of(note));
     bookkeeping.finish();
 }
 

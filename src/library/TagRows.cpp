@@ -57,7 +57,10 @@ std::int64_t findOrCreateTag(Database& database, const std::string& fullPath) {
     return findOrCreate(database, fullPath, Kind::object);
 }
 
-void replace(Database& database, RowId note, const std::vector<std::string>& textPaths) {
+void replace(Database& database,
+             RowId note,
+             const std::vector<std::string>& textPaths,
+             const NoteState& state) {
     // What stands already as it should is left alone: an edit seldom changes a tag.
     std::vector<std::string> missing = textPaths;
     std::vector<std::int64_t> kept;
@@ -80,17 +83,24 @@ void replace(Database& database, RowId note, const std::vector<std::string>& tex
     for (const auto key : gone) {
         database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?").bind(key, note).run();
     }
-    attach(database, note, missing);
-    markInText(database, note, missing);
+    attach(database, note, missing, Source::text, state);
 }
 
-void attach(Database& database, RowId note, const std::vector<std::string>& paths) {
+void attach(Database& database,
+            RowId note,
+            const std::vector<std::string>& paths,
+            Source source,
+            const NoteState& state) {
     for (const auto& path : paths) {
         database
             .query(
-                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText) VALUES(?,?,1,0)"
-                " ON CONFLICT(tagPk, notePk) DO UPDATE SET isAttached=1")
-            .bind(findOrCreateTag(database, path), note)
+                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText, isListed, isPinned, "
+                "modifiedAt)"
+                " VALUES(?,?,1,?,?,?,?)"
+                " ON CONFLICT(tagPk, notePk) DO UPDATE SET isAttached=1, "
+                "isInText=isInText|excluded.isInText")
+            .bind(findOrCreateTag(database, path), note, source == Source::text, state.isListed(),
+                  state.isPinned, state.modifiedAt)
             .run();
     }
 }

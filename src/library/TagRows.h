@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/NoteSummary.h"
+#include "library/NoteState.h"
 #include "platform/Database.h"
 
 #include <cstdint>
@@ -17,10 +17,19 @@ namespace corvel::tagRows {
 std::int64_t findOrCreateTag(Database& database, const std::string& fullPath);
 
 /// Makes the note's tag set exactly the tags in its text.
-void replace(Database& database, RowId note, const std::vector<std::string>& textPaths);
+void replace(Database& database,
+             RowId note,
+             const std::vector<std::string>& textPaths,
+             const NoteState& state);
 
-/// Attaches further tags to the note.
-void attach(Database& database, RowId note, const std::vector<std::string>& paths);
+enum class Source { text, elsewhere };
+
+/// Attaches further tags to the note, with `state` in the copies that lists are ordered by.
+void attach(Database& database,
+            RowId note,
+            const std::vector<std::string>& paths,
+            Source source,
+            const NoteState& state);
 
 /// Marks which tags stand in the note's text and attaches none.
 void markInText(Database& database, RowId note, const std::vector<std::string>& textPaths);

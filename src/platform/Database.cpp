@@ -53,15 +53,15 @@ constexpr int kBusyTimeoutMilliseconds = 2000;
 
 }  // namespace
 
-Query::Query(Database& database, StatementHandle statement, std::string_view sql)
-    : m_database(&database), m_statement(std::move(statement)), m_sql(sql) {}
+Query::Query(Database& database, StatementHandle statement, Idle& home)
+    : m_database(&database), m_statement(std::move(statement)), m_home(&home) {}
 
 Query::~Query() {
     if (!m_statement) return;
     sqlite3_reset(raw());
     sqlite3_clear_bindings(raw());
     try {
-        m_database->m_idle[m_sql].push_back(std::move(m_statement));
+        m_home->push_back(std::move(m_statement));
     } catch (...) {  // NOLINT(bugprone-empty-catch): the statement is simply not kept
     }
 }
@@ -168,11 +168,11 @@ void Database::configure() {
 
 Query Database::query(std::string_view sql) {
     checkMainThread();
-    auto& idle = m_idle[sql];
-    if (idle.empty()) return {*this, prepare(sql), sql};
+    auto& idle = m_idle[sql.data()];
+    if (idle.empty()) return {*this, prepare(sql), idle};
     auto statement = std::move(idle.back());
     idle.pop_back();
-    return {*this, std::move(statement), sql};
+    return {*this, std::move(statement), idle};
 }
 
 StatementHandle Database::prepare(std::string_view sql) {

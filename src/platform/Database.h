@@ -10,11 +10,11 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace corvel {
@@ -83,14 +83,15 @@ public:
 
 private:
     friend class Database;
-    Query(Database& database, StatementHandle statement, std::string_view sql);
+    using Idle = std::vector<StatementHandle>;
+    Query(Database& database, StatementHandle statement, Idle& home);
 
     sqlite3_stmt* raw() const { return m_statement.get(); }
     void check(int result) const;
 
     Database* m_database;
     StatementHandle m_statement;
-    std::string_view m_sql;
+    Idle* m_home;  ///< where the statement waits for its next use
 };
 
 /// One SQLite connection and its prepared statements.
@@ -101,7 +102,8 @@ public:
     /// A private database in memory.
     Database();
 
-    /// `sql` must outlive the database: statements are kept by their text for the next use.
+    /// `sql` must outlive the database and never change: statements are kept for the next use by
+    /// the address of their text.
     Query query(std::string_view sql);
     /// Runs one or more statements without parameters.
     void execute(const std::string& sql);
@@ -118,7 +120,7 @@ private:
     StatementHandle prepare(std::string_view sql);
 
     std::unique_ptr<SQLite::Database> m_database;
-    std::map<std::string_view, std::vector<StatementHandle>> m_idle;
+    std::unordered_map<const char*, std::vector<StatementHandle>> m_idle;
 };
 
 }  // namespace corvel
