@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvel {
+
+/// The MIME type by a path's extension; "image/png" for any other.
+std::string_view imageMimeType(std::string_view path);
+
+/// `text` with "%XX" decoded; unchanged when that gives no valid text.
+std::string percentDecoded(std::string_view text);
+
+/// The bytes of the file at `path`. None when there is no such file, when it is no regular file or
+/// over 64 MB, or lies where no image of a note may come from: /proc, /sys, /dev, or the program's
+/// own data folder. Never waits for the other end of a pipe or a device.
+std::optional<std::vector<std::uint8_t>> readLocalImage(const std::string& path);
+
+}  // namespace corvel

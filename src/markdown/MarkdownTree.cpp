@@ -1,0 +1,92 @@
+#include "markdown/MarkdownTree.h"
+
+#include "platform/Handle.h"
+
+#include <cmark-gfm-core-extensions.h>
+#include <cmark-gfm/parser.h>
+#include <glib.h>
+
+#include <array>
+#include <string>
+
+namespace corvel {
+
+namespace {
+
+struct Extensions {
+    cmark_syntax_extension* table;
+    cmark_syntax_extension* strikethrough;
+    cmark_syntax_extension* taskList;
+};
+
+const Extensions& extensions() {
+    static const Extensions found = [] {
+        cmark_gfm_core_extensions_ensure_registered();
+        return Extensions{cmark_find_syntax_extension("table"),
+                          cmark_find_syntax_extension("strikethrough"),
+                          cmark_find_syntax_extension("tasklist")};
+    }();
+    return found;
+}
+
+cmark_node* parse(std::string_view markdown) {
+    // Never freed one by one: parser and nodes go with the arena.
+    cmark_parser* parser = cmark_parser_new_with_mem(CMARK_OPT_DEFAULT, MarkdownArena::allocator());
+    const Extensions& wanted = extensions();
+    for (cmark_syntax_extension* extension :
+         {wanted.table, wanted.strikethrough, wanted.taskList}) {
+        cmark_parser_attach_syntax_extension(parser, extension);
+    }
+    cmark_parser_feed(parser, markdown.data(), markdown.size());
+    return cmark_parser_finish(parser);
+}
+
+// A NUL is left to the parser, which reads it as U+FFFD.
+bool isClean(std::string_view markdown) {
+    const char* position = markdown.data();
+    const char* end = position + markdown.size();
+    while (g_utf8_validate(position, end - position, &position) == FALSE) {
+        if (*position != '\0') return false;
+        ++position;
+    }
+    return true;
+}
+
+cmark_node* parseRepaired(std::string_view markdown) {
+    if (markdown.empty() || isClean(markdown)) return parse(markdown);
+    const Handle<char, g_free> repaired{
+        g_utf8_make_valid(markdown.data(), static_cast<gssize>(markdown.size()))};
+    return parse(repaired.get());
+}
+
+}  // namespace
+
+MarkdownTree::MarkdownTree(std::string_view markdown) : m_root(parseRepaired(markdown)) {}
+
+bool MarkdownTree::isTaskItem(const cmark_node* item) {
+    return item->extension != nullptr && item->extension == extensions().taskList;
+}
+
+std::string plainTextOf(cmark_node* node) {
+    std::string text;
+    const Handle<cmark_iter, cmark_iter_free> walk{cmark_iter_new(node)};
+    while (cmark_iter_next(walk.get()) != CMARK_EVENT_DONE) {
+        if (cmark_iter_get_event_type(walk.get()) != CMARK_EVENT_ENTER) continue;
+        const cmark_node* inner = cmark_iter_get_node(walk.get());
+        switch (inner->type) {
+            case CMARK_NODE_TEXT:
+            case CMARK_NODE_CODE:
+                text += viewOf(inner->as.literal);
+                break;
+            case CMARK_NODE_SOFTBREAK:
+            case CMARK_NODE_LINEBREAK:
+                text += ' ';
+                break;
+            default:
+                break;
+        }
+    }
+    return text;
+}
+
+}  // namespace corvel
