@@ -63,4 +63,106 @@ inline constexpr Text moveToTrash{"Przenieś do kosza", "Move to Trash"};
 inline constexpr Text restore{"Przywróć", "Restore"};
 inline constexpr Text deletePermanently{"Usuń trwale", "Delete Permanently"};
 
+// The main window.
+inline constexpr Text hideSidebar{"Ukryj panel boczny", "Hide Sidebar"};
+inline constexpr Text showSidebar{"Pokaż panel boczny", "Show Sidebar"};
+inline constexpr Text sidebarPane{"Panel boczny", "Sidebar"};
+inline constexpr Text language{"Język", "Language"};
+inline constexpr Text polish{"Polski", "Polski"};
+inline constexpr Text english{"English", "English"};
+inline constexpr Text interfaceSize{"Rozmiar interfejsu", "Interface Size"};
+inline constexpr Text sizeSmall{"Mały", "Small"};
+inline constexpr Text sizeNormal{"Normalny", "Normal"};
+inline constexpr Text sizeLarge{"Duży", "Large"};
+inline constexpr Text notSavedQuestion{"Zamknąć mimo niezapisanych zmian?",
+                                       "Close with unsaved changes?"};
+inline constexpr Text notSavedDetail{
+    "Biblioteka nie przyjęła ostatnich zmian notatki. Po zamknięciu będą utracone.",
+    "The library refused the last changes of the note. Closing loses them."};
+inline constexpr Text closeAnyway{"Zamknij mimo to", "Close Anyway"};
+inline constexpr Text cannotStart{"Nie można otworzyć biblioteki", "The library cannot be opened"};
+inline constexpr Text alreadyRunning{"Program jest już uruchomiony i używa tej biblioteki.",
+                                     "The program is already running and uses this library."};
+inline constexpr Text aboutComment{"Notatki w Markdownie, lokalnie i po Twojemu.",
+                                   "Notes in Markdown, on your own machine."};
+inline constexpr Text keyboardShortcuts{"Skróty klawiszowe", "Keyboard Shortcuts"};
+
+// Menus and groups of commands.
+inline constexpr Text groupFile{"Plik", "File"};
+inline constexpr Text groupFormat{"Formatowanie", "Format"};
+inline constexpr Text groupView{"Widok", "View"};
+inline constexpr Text groupNote{"Notatka", "Note"};
+inline constexpr Text groupHelp{"Pomoc", "Help"};
+inline constexpr Text groupApplication{"Program", "Application"};
+inline constexpr Text groupLists{"Listy", "Lists"};
+inline constexpr Text contextMenu{"Menu podręczne", "Context menu"};
+inline constexpr Text leaveSearch{"Opuść wyszukiwanie", "Leave search"};
+
+// The note list.
+inline constexpr Text noteList{"Lista notatek", "Note list"};
+inline constexpr Text search{"Szukaj", "Search"};
+inline constexpr Text searchResults{"Wyniki wyszukiwania", "Search Results"};
+inline constexpr Text sortBy{"Sortuj według", "Sort By"};
+inline constexpr Text newNoteTooltip{"Nowa notatka (⌘N)", "New Note (⌘N)"};
+inline constexpr Text importTooltip{"Importuj Markdown (⌘O)", "Import Markdown (⌘O)"};
+inline constexpr Text newNote{"Nowa notatka", "New Note"};
+inline constexpr Text importNotes{"Importuj Markdown", "Import Markdown"};
+inline constexpr Text today{"dziś, %1", "today, %1"};
+inline constexpr Text yesterday{"wczoraj", "yesterday"};
+inline constexpr Text trashedOne{"Przeniesiono do kosza: %1", "Moved to Trash: %1"};
+inline constexpr Text deleteForGoodOne{"Usunąć trwale \"%1\"?", "Delete \"%1\" permanently?"};
+inline constexpr Text deleteForGoodSeveral{"Usunąć trwale: %1?", "Permanently delete %1?"};
+inline constexpr Text deleteForGoodDetail{"Tego nie można cofnąć.", "This cannot be undone."};
+inline constexpr Text remove{"Usuń", "Delete"};
+
+// Empty states: what the list shows instead of rows.
+inline constexpr Text emptyLibrary{"Nie ma jeszcze notatek", "No notes yet"};
+inline constexpr Text emptyLibraryDetail{"Napisz pierwszą albo zaimportuj pliki Markdown.",
+                                         "Write the first one or import Markdown files."};
+inline constexpr Text emptyFolder{"Folder jest pusty", "This folder is empty"};
+inline constexpr Text emptyFolderDetail{"Przeciągnij tu notatki albo utwórz nową.",
+                                        "Drag notes here or create a new one."};
+inline constexpr Text emptyTag{"Brak notatek z tym tagiem", "No notes with this tag"};
+inline constexpr Text emptyTagDetail{"Wpisz #%1 w tekście notatki, a pojawi się tutaj.",
+                                     "Write #%1 in a note and it appears here."};
+inline constexpr Text emptyTrash{"Kosz jest pusty", "Trash is empty"};
+inline constexpr Text emptyTrashDetail{"Usunięte notatki czekają tu na przywrócenie.",
+                                       "Deleted notes wait here to be restored."};
+inline constexpr Text emptyArchive{"Archiwum jest puste", "Archive is empty"};
+inline constexpr Text emptyArchiveDetail{"Zarchiwizowane notatki znikają z list, ale nie giną.",
+                                         "Archived notes leave the lists, but are kept."};
+inline constexpr Text emptyUnfiled{"Wszystko jest w folderach", "Everything is filed"};
+inline constexpr Text emptyUnfiledDetail{"Notatki bez folderu pojawią się tutaj.",
+                                         "Notes without a folder appear here."};
+inline constexpr Text emptyLocalFiles{"Brak plików lokalnych", "No local files"};
+inline constexpr Text emptyLocalFilesDetail{"Notatki połączone z plikami na dysku będą tutaj.",
+                                            "Notes linked with files on disk appear here."};
+inline constexpr Text noHits{"Nic nie znaleziono", "Nothing found"};
+inline constexpr Text noHitsDetail{"Żadna notatka nie zawiera \"%1\".", "No note contains \"%1\"."};
+
+// Import.
+inline constexpr Text importFiles{"Importuj pliki Markdown", "Import Markdown Files"};
+inline constexpr Text importFolder{"Importuj folder...", "Import Folder..."};
+inline constexpr Text importFolderTitle{"Importuj folder", "Import Folder"};
+inline constexpr Text importVerb{"Importuj", "Import"};
+inline constexpr Text markdownFiles{"Pliki Markdown", "Markdown files"};
+inline constexpr Text allFiles{"Wszystkie pliki", "All files"};
+inline constexpr Text importFolderQuestion{"Zaimportować folder \"%1\"?",
+                                           "Import the folder \"%1\"?"};
+inline constexpr Text importFolderDetail{"Wszystkie pliki Markdown z tego folderu i podfolderów.",
+                                         "Every Markdown file in it and in its subfolders."};
+inline constexpr Text keepSubfolders{"Zachowaj podfoldery jako foldery",
+                                     "Keep subfolders as folders"};
+inline constexpr Text importing{"Importowanie: %1 z %2", "Importing: %1 of %2"};
+inline constexpr Text imported{"Zaimportowano %1", "Imported %1"};
+inline constexpr Text importBusy{"Trwa już inny import", "Another import is still running"};
+inline constexpr Text details{"Szczegóły", "Details"};
+inline constexpr Text importReport{"Przebieg importu", "Import Report"};
+inline constexpr Text importSkipped{"Pominięte pliki", "Skipped files"};
+inline constexpr Text importMissingImages{"Nieznalezione obrazy", "Images not found"};
+inline constexpr Text faultUnreadable{"nie można odczytać", "cannot be read"};
+inline constexpr Text faultNotText{"to nie jest tekst", "is not text"};
+inline constexpr Text faultNotAFile{"to nie jest zwykły plik", "is not an ordinary file"};
+inline constexpr Text faultStore{"biblioteka nie przyjęła notatki", "the library refused it"};
+
 }  // namespace corvel::texts

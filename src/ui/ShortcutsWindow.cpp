@@ -1,0 +1,88 @@
+#include "ui/ShortcutsWindow.h"
+
+#include "app/Texts.h"
+
+#include <glibmm/markup.h>
+#include <gtkmm/builder.h>
+#include <gtkmm/shortcutswindow.h>
+
+#include <array>
+#include <string>
+
+namespace corvel {
+
+namespace {
+
+struct GroupTitle {
+    CommandGroup group;
+    Text title;
+};
+constexpr std::array kGroups{GroupTitle{CommandGroup::file, texts::groupFile},
+                             GroupTitle{CommandGroup::format, texts::groupFormat},
+                             GroupTitle{CommandGroup::view, texts::groupView},
+                             GroupTitle{CommandGroup::note, texts::groupNote},
+                             GroupTitle{CommandGroup::help, texts::groupHelp},
+                             GroupTitle{CommandGroup::application, texts::groupApplication}};
+
+struct ListKey {
+    Text title;
+    const char* keys;
+};
+// Keys that belong to lists rather than to a command.
+constexpr std::array kListKeys{
+    ListKey{texts::contextMenu, "&lt;Shift&gt;F10 Menu"}, ListKey{texts::renameFolder, "F2"},
+    ListKey{texts::moveToTrash, "Delete"}, ListKey{texts::leaveSearch, "Escape"}};
+
+std::string shortcut(const std::string& title, const std::string& escapedKeys) {
+    return "<child><object class='GtkShortcutsShortcut'><property name='title'>" +
+           Glib::Markup::escape_text(title).raw() + "</property><property name='accelerator'>" +
+           escapedKeys + "</property></object></child>";
+}
+
+std::string group(const std::string& title, const std::string& shortcuts) {
+    if (shortcuts.empty()) return {};
+    return "<child><object class='GtkShortcutsGroup'><property name='title'>" +
+           Glib::Markup::escape_text(title).raw() + "</property>" + shortcuts + "</object></child>";
+}
+
+std::string commandsOf(CommandGroup wanted, const Localisation& texts) {
+    std::string rows;
+    for (const auto& command : AppCommands::table()) {
+        if (command.group != wanted || *command.accelerator == '\0' || !command.isAvailable) {
+            continue;
+        }
+        rows += shortcut(texts(command.label), Glib::Markup::escape_text(command.accelerator));
+    }
+    return rows;
+}
+
+/// The window's only public form is its interface description.
+std::string description(const Localisation& texts) {
+    std::string groups;
+    for (const auto& row : kGroups) {
+        groups += group(texts(row.title), commandsOf(row.group, texts));
+    }
+    std::string lists;
+    for (const auto& row : kListKeys) {
+        lists += shortcut(texts(row.title), row.keys);
+    }
+    groups += group(texts(texts::groupLists), lists);
+    return "<interface><object class='GtkShortcutsWindow' id='window'>"
+           "<property name='modal'>1</property>"
+           "<child><object class='GtkShortcutsSection'>"
+           "<property name='section-name'>all</property>"
+           "<property name='max-height'>12</property>" +
+           groups + "</object></child></object></interface>";
+}
+
+}  // namespace
+
+void showShortcutsWindow(Gtk::Window& parent, const Localisation& texts) {
+    const auto builder = Gtk::Builder::create_from_string(description(texts));
+    auto* window = builder->get_widget<Gtk::ShortcutsWindow>("window");
+    window->set_title(texts(texts::keyboardShortcuts));
+    window->set_transient_for(parent);
+    window->present();
+}
+
+}  // namespace corvel

@@ -1,0 +1,49 @@
+#include "ui/Toasts.h"
+
+#include "platform/Handle.h"
+#include "ui/Adw.h"
+
+#include <chrono>
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::chrono::seconds kPlain{4};
+constexpr std::chrono::seconds kWithButton{8};
+
+AdwToast* makeToast(const std::string& title, std::chrono::seconds timeout) {
+    // Titles are markup, and notes may be called anything.
+    const Handle<char, g_free> escaped(g_markup_escape_text(title.c_str(), -1));
+    AdwToast* toast = adw_toast_new(escaped.get());
+    adw_toast_set_timeout(toast, static_cast<guint>(timeout.count()));
+    return toast;
+}
+
+}  // namespace
+
+Toasts::Toasts() : m_overlay(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {}
+
+void Toasts::show(const std::string& title) {
+    adw_toast_overlay_add_toast(m_overlay, makeToast(title, kPlain));
+}
+
+void Toasts::show(const std::string& title,
+                  const std::string& button,
+                  std::function<void()> pressed) {
+    AdwToast* toast = makeToast(title, kWithButton);
+    adw_toast_set_button_label(toast, button.c_str());
+    adw::connect(toast, "button-clicked", std::move(pressed));
+    adw_toast_overlay_add_toast(m_overlay, toast);
+}
+
+void Toasts::setChild(Gtk::Widget& child) {
+    adw_toast_overlay_set_child(m_overlay, child.gobj());
+}
+
+Gtk::Widget& Toasts::widget() {
+    return adw::wrapped(GTK_WIDGET(m_overlay));
+}
+
+}  // namespace corvel
