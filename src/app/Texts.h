@@ -109,7 +109,7 @@ inline constexpr Text newNote{"Nowa notatka", "New Note"};
 inline constexpr Text importNotes{"Importuj Markdown", "Import Markdown"};
 inline constexpr Text today{"dziś, %1", "today, %1"};
 inline constexpr Text yesterday{"wczoraj", "yesterday"};
-inline constexpr Text trashedOne{"Przeniesiono do kosza: %1", "Moved to Trash: %1"};
+inline constexpr Text movedToTrash{"Przeniesiono do kosza: %1", "Moved to Trash: %1"};
 inline constexpr Text deleteForGoodOne{"Usunąć trwale \"%1\"?", "Delete \"%1\" permanently?"};
 inline constexpr Text deleteForGoodSeveral{"Usunąć trwale: %1?", "Permanently delete %1?"};
 inline constexpr Text deleteForGoodDetail{"Tego nie można cofnąć.", "This cannot be undone."};

@@ -1,0 +1,47 @@
+#include "ui/NoteListStore.h"
+
+namespace corvel {
+
+NoteListStore::NoteListStore(NoteListViewModel& list)
+    : Glib::ObjectBase("CorvelNoteListStore"), m_list(list), m_size(list.size()) {}
+
+Glib::RefPtr<NoteListStore> NoteListStore::create(NoteListViewModel& list) {
+    return Glib::make_refptr_for_instance(new NoteListStore(list));
+}
+
+void NoteListStore::splice(const ListSplice& change) {
+    m_size = m_list.size();
+    items_changed(static_cast<guint>(change.position), static_cast<guint>(change.removed),
+                  static_cast<guint>(change.added));
+}
+
+void NoteListStore::replaceAll() {
+    const auto before = static_cast<guint>(m_size);
+    m_size = m_list.size();
+    items_changed(0, before, static_cast<guint>(m_size));
+}
+
+GType NoteListStore::get_item_type_vfunc() {
+    return G_TYPE_OBJECT;
+}
+
+guint NoteListStore::get_n_items_vfunc() {
+    return static_cast<guint>(m_size);
+}
+
+gpointer NoteListStore::get_item_vfunc(guint position) {
+    if (position >= m_size || position >= m_list.size()) return nullptr;
+    return itemOf(m_list.rowAt(position))->gobj_copy();
+}
+
+Glib::RefPtr<NoteItem> NoteListStore::itemOf(RowId row) {
+    if (const auto found = m_living->find(row); found != m_living->end()) {
+        found->second->reference();
+        return Glib::make_refptr_for_instance(found->second);
+    }
+    auto item = NoteItem::create(row, [living = m_living](RowId gone) { living->erase(gone); });
+    m_living->emplace(row, item.get());
+    return item;
+}
+
+}  // namespace corvel
