@@ -1,3 +1,5 @@
-int main() {
-    return 0;
+#include "ui/Application.h"
+
+int main(int argc, char** argv) {
+    return corvel::Application::create()->run(argc, argv);
 }

@@ -142,7 +142,6 @@ inline constexpr Text noHitsDetail{"Żadna notatka nie zawiera \"%1\".", "No not
 
 // Import.
 inline constexpr Text importFiles{"Importuj pliki Markdown", "Import Markdown Files"};
-inline constexpr Text importFolder{"Importuj folder...", "Import Folder..."};
 inline constexpr Text importFolderTitle{"Importuj folder", "Import Folder"};
 inline constexpr Text importVerb{"Importuj", "Import"};
 inline constexpr Text markdownFiles{"Pliki Markdown", "Markdown files"};

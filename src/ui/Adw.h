@@ -17,15 +17,15 @@ inline Gtk::Widget& wrapped(GtkWidget* widget) {
     return *Glib::wrap(widget);
 }
 
-/// Calls `handler` at every emission of a signal without arguments worth reading. The handler lives
-/// as long as the object.
+/// Calls `handler` at every emission of a signal, whatever its arguments. The handler lives as long
+/// as the object.
 inline void connect(gpointer object, const char* signal, std::function<void()> handler) {
     using Handler = std::function<void()>;
+    // Swapped: the data comes first, before arguments of any number.
     g_signal_connect_data(
-        object, signal,
-        G_CALLBACK(+[](gpointer, gpointer data) { (*static_cast<Handler*>(data))(); }),
+        object, signal, G_CALLBACK(+[](gpointer data) { (*static_cast<Handler*>(data))(); }),
         new Handler(std::move(handler)),
-        +[](gpointer data, GClosure*) { delete static_cast<Handler*>(data); }, G_CONNECT_DEFAULT);
+        +[](gpointer data, GClosure*) { delete static_cast<Handler*>(data); }, G_CONNECT_SWAPPED);
 }
 
 class HeaderBar {

@@ -18,12 +18,7 @@ Glib::RefPtr<Gio::MenuItem> radioItem(const char* label,
 
 }  // namespace
 
-CommandMenus::CommandMenus(const Session& session)
-    : m_session(session)
-    , m_primary(Gio::Menu::create())
-    , m_note(Gio::Menu::create())
-    , m_sort(Gio::Menu::create())
-    , m_import(Gio::Menu::create()) {
+CommandMenus::CommandMenus(const Session& session) : m_session(session) {
     relabel();
 }
 
@@ -49,6 +44,8 @@ void CommandMenus::appendSection(Gio::Menu& menu, std::initializer_list<CommandI
 Glib::RefPtr<Gio::Menu> CommandMenus::groupMenu(CommandGroup group) const {
     auto menu = Gio::Menu::create();
     for (const auto& command : AppCommands::table()) {
+        // The language is chosen by name, in a menu of its own.
+        if (command.id == CommandID::switchLanguage) continue;
         if (command.group == group) appendCommand(*menu, command.id);
     }
     return menu;
@@ -75,7 +72,7 @@ Glib::RefPtr<Gio::Menu> CommandMenus::sizeMenu() const {
 
 void CommandMenus::fillPrimary() {
     const auto& texts = m_session.texts;
-    m_primary->remove_all();
+    m_primary = Gio::Menu::create();
     const auto groups = Gio::Menu::create();
     groups->append_submenu(texts(texts::groupFile), groupMenu(CommandGroup::file));
     groups->append_submenu(texts(texts::groupFormat), groupMenu(CommandGroup::format));
@@ -91,7 +88,7 @@ void CommandMenus::fillPrimary() {
 }
 
 void CommandMenus::fillNote() {
-    m_note->remove_all();
+    m_note = Gio::Menu::create();
     appendSection(*m_note, {CommandID::togglePin, CommandID::toggleArchive});
     appendSection(*m_note, {CommandID::readerMode, CommandID::exportNote, CommandID::sendAsEmail});
     const auto format = Gio::Menu::create();
@@ -101,16 +98,16 @@ void CommandMenus::fillNote() {
 }
 
 void CommandMenus::fillList() {
-    m_sort->remove_all();
+    m_sort = Gio::Menu::create();
     const auto orders = Gio::Menu::create();
     for (const auto option : kSortOptions) {
         orders->append_item(
             radioItem(m_session.texts(label(option)), "win.sort", rawValue(option)));
     }
     m_sort->append_section(m_session.texts(texts::sortBy), orders);
-    m_import->remove_all();
+    m_import = Gio::Menu::create();
     appendCommand(*m_import, CommandID::importMarkdown);
-    m_import->append(m_session.texts(texts::importFolder), "win.import-folder");
+    appendCommand(*m_import, CommandID::importFolder);
 }
 
 }  // namespace corvel

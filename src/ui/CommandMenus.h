@@ -9,8 +9,8 @@
 
 namespace corvel {
 
-/// The menus made from the command table. The menu objects stay; their items are written anew when
-/// the language changes.
+/// The menus made from the command table. `relabel` makes new ones in the language of the
+/// moment: buttons take theirs again then.
 class CommandMenus {
 public:
     explicit CommandMenus(const Session& session);

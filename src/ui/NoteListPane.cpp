@@ -42,6 +42,7 @@ const Folder* findFolder(const std::vector<Folder>& folders, const Uuid& id) {
 NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& toasts)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_session(session)
+    , m_menus(menus)
     , m_toasts(toasts)
     , m_view(session)
     , m_menu(session,
@@ -49,7 +50,7 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
              {.removing = [this](const auto& operation) { m_view.removing(operation); },
               .deletePermanently = [this] { askToDelete(); }}) {
     add_css_class("corvel-list");
-    buildHeader(menus);
+    buildHeader();
     buildSearch();
     buildBody();
     buildKeys();
@@ -68,7 +69,7 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
     relabel();
 }
 
-void NoteListPane::buildHeader(const CommandMenus& menus) {
+void NoteListPane::buildHeader() {
     makeLabel(m_title, "heading");
     makeLabel(m_subtitle, "caption");
     m_subtitle.add_css_class("dim-label");
@@ -81,9 +82,7 @@ void NoteListPane::buildHeader(const CommandMenus& menus) {
     m_sidebarButton.set_action_name(actionOf(CommandID::toggleSidebar));
     m_sidebarButton.set_visible(false);
     m_sortButton.set_icon_name("corvel-sort-symbolic");
-    m_sortButton.set_menu_model(menus.sort());
     m_importButton.set_icon_name("corvel-import-symbolic");
-    m_importButton.set_menu_model(menus.importing());
     m_newButton.set_icon_name("list-add-symbolic");
     m_newButton.set_action_name(actionOf(CommandID::newNote));
     m_header.packStart(m_sidebarButton);
@@ -261,7 +260,7 @@ void NoteListPane::showTitle() {
 
 void NoteListPane::showEmptyState() {
     const auto& list = m_session.list;
-    const bool isEmpty = list.size() == 0;
+    const bool isEmpty = list.size() == 0 && list.isSearchFinished();
     if (isEmpty) {
         const auto state = emptyStateOf(list, m_session.texts);
         m_empty.set(state.icon, state.title, state.detail);
@@ -284,8 +283,10 @@ void NoteListPane::relabel() {
     const auto& texts = m_session.texts;
     setAccessibleLabel(m_view.rows(), texts(texts::noteList));
     setAccessibleLabel(m_search, texts(texts::search));
-    m_search.set_placeholder_text(texts(texts::search));
+    m_search.property_placeholder_text() = texts(texts::search);
     labelControl(m_sidebarButton, texts(texts::showSidebar));
+    m_sortButton.set_menu_model(m_menus.sort());
+    m_importButton.set_menu_model(m_menus.importing());
     labelControl(m_sortButton, texts(texts::sortBy));
     labelControl(m_importButton, texts(texts::importNotes),
                  withShortcutNames(texts(texts::importTooltip)));

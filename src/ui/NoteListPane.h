@@ -36,7 +36,7 @@ public:
     sigc::signal<void()>& signalActivated() { return m_view.signalActivated(); }
 
 private:
-    void buildHeader(const CommandMenus& menus);
+    void buildHeader();
     void buildSearch();
     void buildBody();
     void buildKeys();
@@ -54,6 +54,7 @@ private:
     void notesTrashed(const std::vector<Uuid>& ids);
 
     Session& m_session;
+    const CommandMenus& m_menus;
     Toasts& m_toasts;
     adw::HeaderBar m_header;
     Gtk::Label m_title;

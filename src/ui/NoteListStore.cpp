@@ -15,12 +15,6 @@ void NoteListStore::splice(const ListSplice& change) {
                   static_cast<guint>(change.added));
 }
 
-void NoteListStore::replaceAll() {
-    const auto before = static_cast<guint>(m_size);
-    m_size = m_list.size();
-    items_changed(0, before, static_cast<guint>(m_size));
-}
-
 GType NoteListStore::get_item_type_vfunc() {
     return G_TYPE_OBJECT;
 }

@@ -19,8 +19,6 @@ public:
 
     /// To be called after the view model's rows have changed.
     void splice(const ListSplice& change);
-    /// Every row is another one.
-    void replaceAll();
 
 protected:
     GType get_item_type_vfunc() override;

@@ -14,6 +14,9 @@ namespace corvel {
 
 namespace {
 
+/// A change of more rows than this drops a selection of several notes rather than follow it.
+constexpr std::size_t kFollowed = 2000;
+
 RowId rowIdOf(const Glib::RefPtr<Glib::ObjectBase>& item) {
     const auto note = std::dynamic_pointer_cast<NoteItem>(item);
     return note ? note->row() : 0;
@@ -43,6 +46,7 @@ NoteListView::NoteListView(Session& session)
     m_connections.emplace_back(list.signalRowsChanged().connect([this] { refreshRows(); }));
     m_connections.emplace_back(
         session.state.selectedNoteID.signalChanged().connect([this] { stateSelectionChanged(); }));
+    m_shown = current();
     stateSelectionChanged();
     refreshAtMidnight();
 }
@@ -162,39 +166,57 @@ void NoteListView::stateSelectionChanged() {
     const auto position = m_session.list.positionOf(*id);
     if (!position) return;
     const auto selected = m_selection->get_selection();
-    m_selectedRow = m_session.list.rowAt(*position);
-    const auto index = static_cast<guint>(*position);
-    if (selected->get_size() == 1 && selected->contains(index)) return;
-    m_isUpdating = true;
-    m_selection->select_item(index, true);
-    m_isUpdating = false;
+    if (selected->get_size() == 1 && selected->contains(static_cast<guint>(*position))) return;
+    selectInList(*position);
     scrollTo(*position);
 }
 
-void NoteListView::spliced(const ListSplice& change) {
-    const auto before = m_selection->get_selection()->get_size();
+void NoteListView::selectInList(std::size_t position) {
+    m_selectedRow = m_session.list.rowAt(position);
     m_isUpdating = true;
+    m_selection->select_item(static_cast<guint>(position), true);
+    m_isUpdating = false;
+}
+
+NoteListView::Shown NoteListView::current() const {
+    const auto& list = m_session.list;
+    return {list.filter(), list.sortOption(), list.searchQuery()};
+}
+
+void NoteListView::spliced(const ListSplice& change) {
+    const bool isAnother = m_shown != current();
+    const bool hadSelection = !m_selection->get_selection()->is_empty();
+    m_isUpdating = true;
+    // The selection model would look for the selected items among all that came.
+    if (isAnother || change.added > kFollowed) m_selection->unselect_all();
     m_store->splice(change);
     m_isUpdating = false;
-    keepSelection(change.position, before);
+    if (isAnother || !hadSelection) return;
+    if (m_isRemoving) {
+        if (!m_removedAt) m_removedAt = change.position;
+    } else {
+        keepSelection(change.position);
+    }
 }
 
 void NoteListView::removing(const std::function<void()>& operation) {
-    m_expectsRemoval = true;
+    m_isRemoving = true;
+    m_removedAt.reset();
     operation();
-    m_expectsRemoval = false;
+    if (m_removedAt) keepSelection(*m_removedAt);
+    m_isRemoving = false;
 }
 
 void NoteListView::replaced() {
-    m_isUpdating = true;
-    m_selection->unselect_all();
-    m_store->replaceAll();
-    m_isUpdating = false;
+    const auto now = current();
+    if (now == m_shown) return;
+    const bool isOtherFilter = now.filter != m_shown.filter;
+    m_shown = now;
     get_vadjustment()->set_value(0);
     const auto& id = m_session.state.selectedNoteID.get();
     if (id && m_session.list.positionOf(*id)) {
         stateSelectionChanged();
-    } else if (!m_session.list.isSearching()) {
+    } else if (isOtherFilter && !m_session.list.isSearching()) {
         // A search only looks; choosing a filter opens its first note.
         if (m_session.list.size() > 0) {
             select(0);
@@ -205,7 +227,7 @@ void NoteListView::replaced() {
 }
 
 bool NoteListView::hasLeftForGood() const {
-    if (m_expectsRemoval || !m_selectedRow) return true;
+    if (m_isRemoving || !m_selectedRow) return true;
     const auto note = m_session.list.summaryOf(*m_selectedRow);
     if (!note) return true;
     if (m_session.list.isSearching()) return note->isTrashed;
@@ -214,20 +236,16 @@ bool NoteListView::hasLeftForGood() const {
            (!note->isTrashed && note->isArchived != (kind == SidebarFilter::Kind::archived));
 }
 
-void NoteListView::keepSelection(std::size_t near, std::size_t selectedBefore) {
+void NoteListView::keepSelection(std::size_t near) {
     const auto selected = m_selection->get_selection();
     const auto& id = m_session.state.selectedNoteID.get();
-    if (id) {
-        const auto position = m_session.list.positionOf(*id);
-        if (position) {
-            if (!selected->contains(static_cast<guint>(*position))) stateSelectionChanged();
-            return;
-        }
+    if (const auto position = id ? m_session.list.positionOf(*id) : std::nullopt) {
+        if (!selected->contains(static_cast<guint>(*position))) selectInList(*position);
+        return;
     }
-    if (selectedBefore == 0 || !selected->is_empty()) return;
     // A note that an edit took off the list (its tag was deleted) stays open: nothing jumps while
     // one types.
-    if (!hasLeftForGood()) return;
+    if (!selected->is_empty() || !hasLeftForGood()) return;
     const auto size = m_session.list.size();
     if (size == 0) {
         m_session.state.selectedNoteID.set(std::nullopt);

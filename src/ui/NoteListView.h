@@ -41,7 +41,15 @@ public:
 
 private:
     using Item = Glib::RefPtr<Gtk::ListItem>;
+    /// What the rows on show belong to.
+    struct Shown {
+        SidebarFilter filter;
+        SortOption sort = SortOption::modifiedDate;
+        std::string query;
+        bool operator==(const Shown&) const = default;
+    };
 
+    Shown current() const;
     void setUpFactory();
     void setUpRow(const Item& item);
     void bindRow(const Item& item);
@@ -53,8 +61,9 @@ private:
     void stateSelectionChanged();
     void spliced(const ListSplice& change);
     void replaced();
-    void keepSelection(std::size_t near, std::size_t selectedBefore);
+    void keepSelection(std::size_t near);
     bool hasLeftForGood() const;
+    void selectInList(std::size_t position);
     void select(std::size_t position);
     void scrollTo(std::size_t position);
     void focusRow(std::size_t position);
@@ -68,7 +77,10 @@ private:
     std::set<Item> m_bound;
     std::optional<RowId> m_selectedRow;  ///< when exactly one is selected
     bool m_isUpdating = false;
-    bool m_expectsRemoval = false;
+    /// Where the list first changed during an operation of the user's, if it did.
+    bool m_isRemoving = false;
+    std::optional<std::size_t> m_removedAt;
+    Shown m_shown;
     ScopedConnection m_midnight;
     std::vector<ScopedConnection> m_connections;
     sigc::signal<void()> m_activated;

@@ -35,11 +35,12 @@ bool containsFolder(const std::vector<Folder>& folders, const Uuid& id) {
 SidebarPane::SidebarPane(Session& session, const CommandMenus& menus)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_session(session)
+    , m_menus(menus)
     , m_dialogs(session)
     , m_popover(*this) {
     add_css_class("corvel-sidebar");
     m_model.setExpandedText(session.preferences.store().string(kExpandedKey).value_or(""));
-    buildHeader(menus);
+    buildHeader();
     buildList();
     buildKeys();
     buildPointer();
@@ -49,12 +50,11 @@ SidebarPane::SidebarPane(Session& session, const CommandMenus& menus)
     relabel();
 }
 
-void SidebarPane::buildHeader(const CommandMenus& menus) {
+void SidebarPane::buildHeader() {
     m_hideButton.set_icon_name("sidebar-show-symbolic");
     m_hideButton.set_action_name(std::string("win.") +
                                  AppCommands::command(CommandID::toggleSidebar).actionName);
     m_menuButton.set_icon_name("open-menu-symbolic");
-    m_menuButton.set_menu_model(menus.primary());
     m_menuButton.set_primary(true);
     m_title.add_css_class("heading");
     m_title.set_ellipsize(Pango::EllipsizeMode::END);
@@ -331,6 +331,7 @@ void SidebarPane::focusList() {
 void SidebarPane::relabel() {
     const auto& texts = m_session.texts;
     m_title.set_text(texts(texts::programName));
+    m_menuButton.set_menu_model(m_menus.primary());
     labelControl(m_hideButton, texts(texts::hideSidebar));
     labelControl(m_menuButton, texts(texts::mainMenu));
     setAccessibleLabel(m_rows, texts(texts::sidebarPane));

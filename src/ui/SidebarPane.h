@@ -37,7 +37,7 @@ public:
 private:
     using Item = Glib::RefPtr<Gtk::ListItem>;
 
-    void buildHeader(const CommandMenus& menus);
+    void buildHeader();
     void buildList();
     void setUpFactory();
     void setUpRow(const Item& item);
@@ -62,6 +62,7 @@ private:
     Gtk::Window& window();
 
     Session& m_session;
+    const CommandMenus& m_menus;
     FolderDialogs m_dialogs;
     SidebarModel m_model;
     adw::HeaderBar m_header;

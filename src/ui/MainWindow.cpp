@@ -1,0 +1,215 @@
+#include "ui/MainWindow.h"
+
+#include "app/Texts.h"
+#include "library/Notifications.h"
+#include "ui/AboutWindow.h"
+#include "ui/Adw.h"
+#include "ui/Dialogs.h"
+#include "ui/ShortcutsWindow.h"
+
+#include <glibmm/main.h>
+#include <gtkmm/droptarget.h>
+
+#include <algorithm>
+
+namespace corvel {
+
+namespace {
+
+constexpr int kWidth = 1320;
+constexpr int kHeight = 860;
+constexpr int kSmallestWidth = 720;
+constexpr int kSmallestHeight = 480;
+
+constexpr const char* kWidthKey = "windowWidth";
+constexpr const char* kHeightKey = "windowHeight";
+constexpr const char* kMaximizedKey = "windowMaximized";
+
+enum Pane { sidebarPane, listPane, notePane, paneCount };
+
+std::vector<std::filesystem::path> pathsIn(const Glib::ValueBase& dropped) {
+    std::vector<std::filesystem::path> paths;
+    if (!G_VALUE_HOLDS(dropped.gobj(), GDK_TYPE_FILE_LIST)) return paths;
+    const auto* files = static_cast<GSList*>(g_value_get_boxed(dropped.gobj()));
+    for (; files != nullptr; files = files->next) {
+        const Handle<char, g_free> path(g_file_get_path(G_FILE(files->data)));
+        if (path) paths.emplace_back(path.get());
+    }
+    return paths;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session, Gtk::Application& application)
+    : m_session(session)
+    , m_window(adw::applicationWindow(application.gobj()))
+    , m_menus(session)
+    , m_actions(session, application, m_window)
+    , m_sidebar(*Gtk::make_managed<SidebarPane>(session, m_menus))
+    , m_list(*Gtk::make_managed<NoteListPane>(session, m_menus, m_toasts))
+    , m_note(*Gtk::make_managed<NotePane>(session))
+    , m_import(*Gtk::make_managed<ImportFlow>(session, m_toasts))
+    , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
+    m_list.append(m_import);
+    m_toasts.setChild(m_layout.widget());
+    adw::setContent(m_window, m_toasts.widget());
+    m_window.set_size_request(kSmallestWidth, kSmallestHeight);
+    m_window.set_icon_name("com.qno.corvel");
+    restoreSize();
+    followWidth();
+    buildDrop();
+    connect();
+    relabel();
+    showSidebarButton();
+}
+
+MainWindow::~MainWindow() {
+    gtk_window_destroy(GTK_WINDOW(m_window.gobj()));
+}
+
+void MainWindow::restoreSize() {
+    const auto& store = m_session.preferences.store();
+    m_window.set_default_size(
+        std::max(store.integer(kWidthKey).value_or(kWidth), kSmallestWidth),
+        std::max(store.integer(kHeightKey).value_or(kHeight), kSmallestHeight));
+    if (store.boolean(kMaximizedKey).value_or(false)) m_window.maximize();
+    m_layout.setAvailableWidth(m_window.property_default_width());
+}
+
+void MainWindow::rememberSize() {
+    auto& store = m_session.preferences.store();
+    int width = 0;
+    int height = 0;
+    m_window.get_default_size(width, height);
+    store.setInteger(kWidthKey, width);
+    store.setInteger(kHeightKey, height);
+    store.setBoolean(kMaximizedKey, m_window.is_maximized());
+    m_layout.remember();
+}
+
+// Panes must not come or go while the window is being laid out, so that is done right after.
+void MainWindow::followWidth() {
+    const auto arrange = [this] {
+        m_arrange = Glib::signal_idle().connect(
+            [this] {
+                m_layout.setAvailableWidth(m_layout.widget().get_width());
+                return false;
+            },
+            Glib::PRIORITY_HIGH_IDLE);
+    };
+    m_window.signal_realize().connect([this, arrange] {
+        adw::connect(m_window.get_surface()->gobj(), "notify::width", arrange);
+    });
+}
+
+void MainWindow::buildDrop() {
+    const auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
+    target->signal_drop().connect(
+        [this](const Glib::ValueBase& value, double, double) {
+            const auto paths = pathsIn(value);
+            if (!paths.empty()) importPaths(paths);
+            return !paths.empty();
+        },
+        false);
+    m_window.add_controller(target);
+}
+
+void MainWindow::connect() {
+    m_window.signal_close_request().connect([this] { return closeRequested(); }, false);
+    m_window.property_is_active().signal_changed().connect([this] {
+        if (!m_window.is_active()) m_session.editor.save();
+    });
+    m_layout.signalChanged().connect([this] { showSidebarButton(); });
+    m_list.signalActivated().connect([this] { m_note.focusEditor(); });
+    m_connections.emplace_back(
+        m_session.preferences.signalChanged().connect([this](const std::string& key) {
+            if (key == "appLanguage") relabel();
+        }));
+    m_connections.emplace_back(m_session.state.sidebarFilter.signalChanged().connect(
+        [this] { m_layout.sidebarChosen(); }));
+    m_connections.emplace_back(m_session.state.isSearchActive.signalChanged().connect([this] {
+        if (m_session.state.isSearchActive.get()) m_layout.showList();
+    }));
+    m_connections.emplace_back(
+        m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
+    m_connections.push_back(m_session.notifications.observe(
+        notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
+}
+
+void MainWindow::relabel() {
+    m_window.set_title(m_session.texts(texts::programName));
+    m_menus.relabel();
+    m_sidebar.relabel();
+    m_list.relabel();
+    m_import.relabel();
+}
+
+void MainWindow::showSidebarButton() {
+    const bool isHidden = !m_layout.isSidebarShown();
+    m_list.sidebarButton().set_visible(isHidden);
+    m_list.headerBar().setWindowControls(isHidden, false);
+}
+
+void MainWindow::importPaths(const std::vector<std::filesystem::path>& paths) {
+    m_import.importPaths(paths);
+}
+
+void MainWindow::perform(CommandID command) {
+    switch (command) {
+        case CommandID::toggleSidebar:
+            return m_layout.toggleSidebar();
+        case CommandID::nextPane:
+            return cyclePane(1);
+        case CommandID::previousPane:
+            return cyclePane(-1);
+        case CommandID::importFolder:
+            return m_import.chooseFolder();
+        case CommandID::shortcuts:
+            return showShortcutsWindow(m_window, m_session.texts);
+        case CommandID::about:
+            return showAboutWindow(m_window, m_session.texts);
+        case CommandID::quit:
+            return m_window.close();
+        default:
+            return;
+    }
+}
+
+int MainWindow::focusedPane() const {
+    auto* focus = m_window.get_focus();
+    if (focus == nullptr) return notePane;
+    if (focus->is_ancestor(m_sidebar)) return sidebarPane;
+    return focus->is_ancestor(m_list) ? listPane : notePane;
+}
+
+void MainWindow::cyclePane(int step) {
+    int pane = focusedPane();
+    do {
+        pane = (pane + step + paneCount) % paneCount;
+    } while ((pane == sidebarPane && !m_sidebar.get_visible()) ||
+             (pane == listPane && !m_list.get_visible()));
+    focusPane(pane);
+}
+
+void MainWindow::focusPane(int pane) {
+    if (pane == sidebarPane) return m_sidebar.focusList();
+    if (pane == listPane) return m_list.focusList();
+    m_note.focusEditor();
+}
+
+bool MainWindow::closeRequested() {
+    rememberSize();
+    if (m_session.finish()) return false;
+    const auto& texts = m_session.texts;
+    ask(m_window,
+        {texts(texts::notSavedQuestion),
+         texts(texts::notSavedDetail),
+         {{"cancel", texts(texts::cancel)},
+          {"close", texts(texts::closeAnyway), DialogAnswer::Look::destructive}}},
+        [this](const std::string& answer) {
+            if (answer == "close") m_window.get_application()->remove_window(m_window);
+        });
+    return true;
+}
+
+}  // namespace corvel

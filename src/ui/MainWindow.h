@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/Session.h"
+#include "ui/CommandActions.h"
+#include "ui/CommandMenus.h"
+#include "ui/ImportFlow.h"
+#include "ui/NoteListPane.h"
+#include "ui/NotePane.h"
+#include "ui/PaneLayout.h"
+#include "ui/SidebarPane.h"
+#include "ui/Toasts.h"
+
+#include <gtkmm/application.h>
+#include <gtkmm/applicationwindow.h>
+
+#include <vector>
+
+namespace corvel {
+
+/// The program's window: sidebar, note list and note.
+class MainWindow {
+public:
+    MainWindow(Session& session, Gtk::Application& application);
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+    ~MainWindow();
+
+    Gtk::ApplicationWindow& window() { return m_window; }
+    /// Commands that concern windows and panes rather than the state.
+    void perform(CommandID command);
+    void importPaths(const std::vector<std::filesystem::path>& paths);
+
+    SidebarPane& sidebar() { return m_sidebar; }
+    NoteListPane& list() { return m_list; }
+    NotePane& note() { return m_note; }
+
+private:
+    void restoreSize();
+    void rememberSize();
+    void followWidth();
+    void buildDrop();
+    void connect();
+    void relabel();
+    void showSidebarButton();
+    void cyclePane(int step);
+    int focusedPane() const;
+    void focusPane(int pane);
+    bool closeRequested();
+
+    Session& m_session;
+    Gtk::ApplicationWindow& m_window;
+    CommandMenus m_menus;
+    CommandActions m_actions;
+    Toasts m_toasts;
+    SidebarPane& m_sidebar;
+    NoteListPane& m_list;
+    NotePane& m_note;
+    ImportFlow& m_import;
+    PaneLayout m_layout;
+    std::vector<ScopedConnection> m_connections;
+    ScopedConnection m_arrange;
+};
+
+}  // namespace corvel

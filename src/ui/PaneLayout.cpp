@@ -1,0 +1,134 @@
+#include "ui/PaneLayout.h"
+
+#include <algorithm>
+
+namespace corvel {
+
+namespace {
+
+constexpr int kSidebarSmallest = 180;
+constexpr int kSidebarUsual = 236;
+constexpr int kSidebarLargest = 360;
+constexpr int kListSmallest = 220;
+constexpr int kListUsual = 300;
+constexpr int kListLargest = 480;
+/// Below this width the window shows two panes.
+constexpr int kThreePanes = 900;
+
+constexpr const char* kSidebarWidthKey = "sidebarWidth";
+constexpr const char* kListWidthKey = "listWidth";
+constexpr const char* kSidebarVisibleKey = "sidebarVisible";
+
+void join(Gtk::Paned& paned, Gtk::Widget& start, Gtk::Widget& end) {
+    paned.set_start_child(start);
+    paned.set_end_child(end);
+    paned.set_resize_start_child(false);
+    paned.set_shrink_start_child(false);
+    // The window may become narrower than all panes need: then panes give way.
+    paned.set_shrink_end_child(true);
+}
+
+}  // namespace
+
+PaneLayout::PaneLayout(UserDefaults& defaults,
+                       Gtk::Widget& sidebar,
+                       Gtk::Widget& list,
+                       Gtk::Widget& note)
+    : m_defaults(defaults)
+    , m_sidebar(sidebar)
+    , m_list(list)
+    , m_note(note)
+    , m_sidebarWidth(std::clamp(defaults.integer(kSidebarWidthKey).value_or(kSidebarUsual),
+                                kSidebarSmallest,
+                                kSidebarLargest))
+    , m_listWidth(std::clamp(
+          defaults.integer(kListWidthKey).value_or(kListUsual), kListSmallest, kListLargest))
+    , m_wantsSidebar(defaults.boolean(kSidebarVisibleKey).value_or(true)) {
+    sidebar.set_size_request(kSidebarSmallest, -1);
+    list.set_size_request(kListSmallest, -1);
+    note.set_hexpand(true);
+    join(m_inner, list, note);
+    join(m_outer, sidebar, m_inner);
+    m_outer.property_position().signal_changed().connect(
+        [this] { limit(m_outer, m_sidebarWidth, kSidebarSmallest, kSidebarLargest); });
+    m_inner.property_position().signal_changed().connect(
+        [this] { limit(m_inner, m_listWidth, kListSmallest, kListLargest); });
+    arrange();
+}
+
+void PaneLayout::limit(Gtk::Paned& paned, int& width, int smallest, int largest) {
+    if (!paned.get_start_child()->get_visible()) return;
+    const int position = paned.get_position();
+    const int wanted = std::clamp(position, smallest, largest);
+    width = wanted;
+    if (wanted != position) paned.set_position(wanted);
+}
+
+void PaneLayout::remember() {
+    m_defaults.setInteger(kSidebarWidthKey, m_sidebarWidth);
+    m_defaults.setInteger(kListWidthKey, m_listWidth);
+    m_defaults.setBoolean(kSidebarVisibleKey, m_wantsSidebar);
+}
+
+void PaneLayout::setAvailableWidth(int width) {
+    if (width == m_available || width <= 0) return;
+    m_available = width;
+    arrange();
+}
+
+int PaneLayout::noteWidth() const {
+    int smallest = 0;
+    int natural = 0;
+    int ignored = 0;
+    m_note.measure(Gtk::Orientation::HORIZONTAL, -1, smallest, natural, ignored, ignored);
+    return smallest;
+}
+
+void PaneLayout::toggleSidebar() {
+    const bool isShown = m_sidebar.get_visible();
+    const bool fits = m_available == 0 || m_available >= kThreePanes;
+    if (fits) {
+        m_wantsSidebar = !isShown;
+        m_isSidebarOver = false;
+    } else {
+        m_isSidebarOver = !isShown;
+    }
+    arrange();
+}
+
+void PaneLayout::sidebarChosen() {
+    if (!m_isSidebarOver) return;
+    m_isSidebarOver = false;
+    m_isListOver = true;
+    arrange();
+}
+
+void PaneLayout::showList() {
+    if (m_list.get_visible()) return;
+    m_isSidebarOver = false;
+    m_isListOver = true;
+    arrange();
+}
+
+void PaneLayout::arrange() {
+    if (m_isArranging) return;
+    m_isArranging = true;
+    const int note = noteWidth();
+    const bool fitsAll =
+        m_available == 0 ||
+        (m_available >= kThreePanes && m_available >= kSidebarSmallest + kListSmallest + note);
+    const bool fitsTwo = m_available == 0 || m_available >= kListSmallest + note;
+    if (fitsAll) m_isSidebarOver = false;
+    if (fitsTwo) m_isListOver = false;
+    const bool showsSidebar = m_isSidebarOver || (fitsAll && m_wantsSidebar);
+    const bool showsList = !m_isSidebarOver && (fitsTwo || m_isListOver);
+    const bool isNew = showsSidebar != m_sidebar.get_visible() || showsList != m_list.get_visible();
+    m_sidebar.set_visible(showsSidebar);
+    m_list.set_visible(showsList);
+    m_outer.set_position(m_sidebarWidth);
+    m_inner.set_position(m_listWidth);
+    m_isArranging = false;
+    if (isNew) m_changed.emit();
+}
+
+}  // namespace corvel
