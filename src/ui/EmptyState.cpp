@@ -59,7 +59,7 @@ EmptyState emptyStateOf(const NoteListViewModel& list, const Localisation& texts
     }
     const auto& filter = list.filter();
     const auto& row = textsOf(filter.kind);
-    return {.icon = row.icon,
+    return {.icon = filter.kind == Kind::allNotes ? "document-edit-symbolic" : row.icon,
             .title = texts(row.empty),
             .detail = texts.format(row.emptyDetail, {filter.tagPath}),
             .offersNewNote = filter.kind == Kind::allNotes || filter.kind == Kind::folder,

@@ -191,11 +191,11 @@ void NoteListView::spliced(const ListSplice& change) {
     if (isAnother || change.added > kFollowed) m_selection->unselect_all();
     m_store->splice(change);
     m_isUpdating = false;
-    if (isAnother || !hadSelection) return;
+    if (isAnother) return;
     if (m_isRemoving) {
-        if (!m_removedAt) m_removedAt = change.position;
+        if (hadSelection && !m_removedAt) m_removedAt = change.position;
     } else {
-        keepSelection(change.position);
+        keepSelection(change.position, hadSelection);
     }
 }
 
@@ -203,7 +203,7 @@ void NoteListView::removing(const std::function<void()>& operation) {
     m_isRemoving = true;
     m_removedAt.reset();
     operation();
-    if (m_removedAt) keepSelection(*m_removedAt);
+    if (m_removedAt) keepSelection(*m_removedAt, true);
     m_isRemoving = false;
 }
 
@@ -236,7 +236,7 @@ bool NoteListView::hasLeftForGood() const {
            (!note->isTrashed && note->isArchived != (kind == SidebarFilter::Kind::archived));
 }
 
-void NoteListView::keepSelection(std::size_t near) {
+void NoteListView::keepSelection(std::size_t near, bool hadSelection) {
     const auto selected = m_selection->get_selection();
     const auto& id = m_session.state.selectedNoteID.get();
     if (const auto position = id ? m_session.list.positionOf(*id) : std::nullopt) {
@@ -245,7 +245,7 @@ void NoteListView::keepSelection(std::size_t near) {
     }
     // A note that an edit took off the list (its tag was deleted) stays open: nothing jumps while
     // one types.
-    if (!selected->is_empty() || !hasLeftForGood()) return;
+    if (!hadSelection || !selected->is_empty() || !hasLeftForGood()) return;
     const auto size = m_session.list.size();
     if (size == 0) {
         m_session.state.selectedNoteID.set(std::nullopt);

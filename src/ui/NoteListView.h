@@ -61,7 +61,7 @@ private:
     void stateSelectionChanged();
     void spliced(const ListSplice& change);
     void replaced();
-    void keepSelection(std::size_t near);
+    void keepSelection(std::size_t near, bool hadSelection);
     bool hasLeftForGood() const;
     void selectInList(std::size_t position);
     void select(std::size_t position);

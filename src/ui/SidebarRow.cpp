@@ -7,6 +7,7 @@ namespace corvel {
 namespace {
 
 constexpr int kIconGap = 10;
+constexpr int kSectionGap = 8;
 
 std::string accessibleNameOf(const SidebarNode& node) {
     return node.count ? node.name + ", " + std::to_string(*node.count) : node.name;
@@ -68,6 +69,7 @@ void SidebarRow::show() {
     m_count.set_text(node.count ? std::to_string(*node.count) : std::string());
     m_count.set_visible(node.count.has_value());
     m_addButton.set_visible(node.kind == SidebarNode::Kind::folderHeading);
+    set_margin_top(node.isHeading() ? kSectionGap : 0);
     if (node.isHeading()) {
         m_name.add_css_class("section-heading");
     } else {
