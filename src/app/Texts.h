@@ -14,6 +14,37 @@ inline constexpr Text close{"Zamknij", "Close"};
 inline constexpr Text undo{"Cofnij", "Undo"};
 inline constexpr Text mainMenu{"Menu główne", "Main Menu"};
 
+// Editor and preview.
+inline constexpr Text modeEditor{"Edytor", "Editor"};
+inline constexpr Text modeSplit{"Podzielony", "Split"};
+inline constexpr Text modePreview{"Podgląd", "Preview"};
+inline constexpr Text exportButton{"Eksportuj", "Export"};
+inline constexpr Text assistantButton{"Asystent", "Assistant"};
+inline constexpr Text noteMenu{"Menu notatki", "Note Menu"};
+inline constexpr Text noteTitle{"Tytuł notatki", "Note title"};
+inline constexpr Text noteText{"Treść notatki", "Note text"};
+inline constexpr Text titlePlaceholder{"Tytuł", "Title"};
+inline constexpr Text noNoteOpen{"Wybierz notatkę", "Select a note"};
+inline constexpr Text noNoteOpenDetail{"Notatka wybrana z listy otworzy się tutaj.",
+                                       "A note chosen from the list opens here."};
+inline constexpr Text createNote{"Nowa notatka", "New Note"};
+inline constexpr Text readingTime{"%1 min czytania", "%1 min read"};
+inline constexpr Text noteIsTrashed{"Ta notatka jest w koszu.", "This note is in the trash."};
+inline constexpr Text previewUnavailable{
+    "Podglądu tej notatki nie można pokazać. Oto jej tekst.",
+    "The preview of this note cannot be shown. This is its text."};
+inline constexpr Text previewTooLarge{"Ta notatka jest za duża na podgląd.",
+                                      "This note is too large for a preview."};
+inline constexpr Text noteIsLarge{"Duża notatka: bez kolorów i zawijania wierszy",
+                                  "Large note: no colours, no line wrapping"};
+inline constexpr Text noteFolders{"Foldery notatki", "Folders of the note"};
+inline constexpr Text noFoldersYet{"Nie ma jeszcze folderów", "No folders yet"};
+inline constexpr Text saving{"Zapisywanie…", "Saving…"};
+inline constexpr Text saved{"Zapisano", "Saved"};
+inline constexpr Text savedAt{"Zapisano %1", "Saved %1"};
+inline constexpr Text notSaved{"Niezapisane", "Not saved"};
+inline constexpr Text notSavedBecause{"Niezapisane: %1", "Not saved: %1"};
+
 // Sidebar.
 inline constexpr Text allNotes{"Wszystkie notatki", "All Notes"};
 inline constexpr Text unfiled{"Bez folderu", "Unfiled"};

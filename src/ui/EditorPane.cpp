@@ -1,0 +1,132 @@
+#include "ui/EditorPane.h"
+
+#include "platform/Text.h"
+#include "ui/Accessible.h"
+#include "ui/SourceStyle.h"
+
+#include <gtksourceview/gtksource.h>
+#include <pangomm/context.h>
+#include <pangomm/fontmetrics.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corvel {
+
+namespace {
+
+constexpr int kSideMargin = 32;
+constexpr int kTopMargin = 20;
+constexpr int kBottomMargin = 96;  // the last line need not be written at the window's edge
+constexpr std::size_t kLargeText = 2'000'000;
+constexpr std::size_t kLongLine = 50'000;
+
+/// A text whose colouring or wrapping would take seconds.
+bool isTooLarge(const std::string& text) {
+    if (text.size() > kLargeText) return true;
+    for (std::size_t start = 0; start < text.size();) {
+        const auto end = std::min(text.find('\n', start), text.size());
+        if (end - start > kLongLine) return true;
+        start = end + 1;
+    }
+    return false;
+}
+
+GtkSourceBuffer* sourceBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer) {
+    return GTK_SOURCE_BUFFER(buffer->gobj());
+}
+
+Gtk::TextView* makeView() {
+    auto* view = Glib::wrap(GTK_TEXT_VIEW(gtk_source_view_new()));
+    view->add_css_class("note-editor");
+    view->set_monospace(true);
+    view->set_left_margin(kSideMargin);
+    view->set_right_margin(kSideMargin);
+    view->set_top_margin(kTopMargin);
+    view->set_bottom_margin(kBottomMargin);
+    auto* source = GTK_SOURCE_VIEW(view->gobj());
+    gtk_source_view_set_auto_indent(source, TRUE);
+    gtk_source_view_set_tab_width(source, 4);
+    gtk_source_view_set_smart_backspace(source, TRUE);
+    return view;
+}
+
+}  // namespace
+
+EditorPane::EditorPane(const Preferences& preferences)
+    : m_preferences(preferences), m_view(makeView()) {
+    set_child(*m_view);
+    set_policy(Gtk::PolicyType::AUTOMATIC, Gtk::PolicyType::AUTOMATIC);
+    set_expand(true);
+    m_themeChanged = m_theme.signalChanged().connect([this] { applyColors(); });
+    m_preferenceChanged = preferences.signalChanged().connect([this](const std::string& key) {
+        if (key == "editorFontSize" || key == "editorLineSpacing") applySpacing();
+    });
+    applySpacing();
+}
+
+void EditorPane::open(const Uuid& id, const std::string& content) {
+    const std::string usable = text::repaired(content);
+    m_isLarge = isTooLarge(usable);
+    m_bufferChanged.disconnect();
+    m_noteID = id;
+    showBuffer(m_buffers.bufferFor(id, usable));
+    m_bufferChanged = m_buffer->signal_changed().connect([this] { m_edited.emit(); });
+}
+
+void EditorPane::close() {
+    m_bufferChanged.disconnect();
+    m_noteID.reset();
+    m_buffer.reset();
+    m_view->set_buffer(Gtk::TextBuffer::create());
+}
+
+std::string EditorPane::text() const {
+    return m_buffer ? NoteBuffers::textOf(*m_buffer) : std::string();
+}
+
+void EditorPane::showBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer) {
+    if (buffer == m_buffer) return;
+    m_buffer = buffer;
+    applySize();
+    applyColors();
+    m_view->set_buffer(buffer);
+    get_vadjustment()->set_value(0);
+    m_view->scroll_to(buffer->get_insert());
+}
+
+void EditorPane::applySize() {
+    m_view->set_wrap_mode(m_isLarge ? Gtk::WrapMode::NONE : Gtk::WrapMode::WORD_CHAR);
+    auto* buffer = sourceBuffer(m_buffer);
+    gtk_source_buffer_set_highlight_matching_brackets(buffer, FALSE);
+    gtk_source_buffer_set_highlight_syntax(buffer, !m_isLarge);
+    gtk_source_buffer_set_language(buffer, m_isLarge ? nullptr : sourcestyle::language());
+}
+
+void EditorPane::applyColors() {
+    if (!m_buffer) return;
+    if (auto* scheme = sourcestyle::scheme(m_theme.theme())) {
+        gtk_source_buffer_set_style_scheme(sourceBuffer(m_buffer), scheme);
+    }
+}
+
+void EditorPane::applySpacing() {
+    // The style sheet sets the font; a line of it is about 1.17 times the size high.
+    const double size = m_preferences.editorFontSize();
+    const double factor = std::clamp(m_preferences.editorLineSpacing(), 1.0, 4.0);
+    const int extra = std::max(0, static_cast<int>(std::lround(size * (factor - 1.17))));
+    m_view->set_pixels_above_lines(extra / 2);
+    m_view->set_pixels_below_lines(extra - extra / 2);
+    m_view->set_pixels_inside_wrap(extra);
+}
+
+void EditorPane::setReadOnly(bool isReadOnly) {
+    m_view->set_editable(!isReadOnly);
+    m_view->set_cursor_visible(!isReadOnly);
+}
+
+void EditorPane::setLabel(const std::string& label) {
+    setAccessibleLabel(*m_view, label);
+}
+
+}  // namespace corvel

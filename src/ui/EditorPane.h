@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/settings/Preferences.h"
+#include "platform/ScopedConnection.h"
+#include "ui/NoteBuffers.h"
+#include "ui/SystemTheme.h"
+
+#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/textview.h>
+#include <sigc++/signal.h>
+
+#include <optional>
+#include <string>
+
+namespace corvel {
+
+/// The text of the open note: a source view with Markdown in colours and one undo stack a note.
+class EditorPane : public Gtk::ScrolledWindow {
+public:
+    explicit EditorPane(const Preferences& preferences);
+
+    /// Shows note `id`; its text is repaired where a buffer cannot hold it. The same note again
+    /// keeps cursor and undo when its text is the same.
+    void open(const Uuid& id, const std::string& content);
+    void close();
+    std::string text() const;
+
+    void setReadOnly(bool isReadOnly);
+    /// Too large to be coloured and wrapped.
+    bool isLarge() const { return m_isLarge; }
+    void setLabel(const std::string& label);
+    void focusText() { m_view->grab_focus(); }
+    bool hasTextFocus() const { return m_view->has_focus(); }
+
+    /// The user changed the text; cheap.
+    sigc::signal<void()>& signalEdited() { return m_edited; }
+
+private:
+    void showBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer);
+    void applyColors();
+    void applySpacing();
+    void applySize();
+
+    const Preferences& m_preferences;
+    SystemTheme m_theme;
+    NoteBuffers m_buffers;
+    Gtk::TextView* m_view;
+    Glib::RefPtr<Gtk::TextBuffer> m_buffer;
+    std::optional<Uuid> m_noteID;
+    bool m_isLarge = false;
+    ScopedConnection m_bufferChanged;
+    ScopedConnection m_themeChanged;
+    ScopedConnection m_preferenceChanged;
+    sigc::signal<void()> m_edited;
+};
+
+}  // namespace corvel

@@ -1,0 +1,109 @@
+#include "ui/NoteHeader.h"
+
+#include "app/Texts.h"
+#include "ui/Accessible.h"
+
+#include <initializer_list>
+
+namespace corvel {
+
+namespace {
+
+struct Mode {
+    EditorMode mode;
+    const Text& label;
+};
+
+constexpr std::array kModes{Mode{EditorMode::editor, texts::modeEditor},
+                            Mode{EditorMode::split, texts::modeSplit},
+                            Mode{EditorMode::preview, texts::modePreview}};
+
+std::string windowAction(CommandID id) {
+    return std::string("win.") + AppCommands::command(id).actionName;
+}
+
+std::string withShortcut(const std::string& name, CommandID id) {
+    const std::string shortcut = AppCommands::shortcutText(id);
+    return shortcut.empty() ? name : name + " (" + shortcut + ")";
+}
+
+}  // namespace
+
+NoteHeader::NoteHeader(Session& session) : m_session(session) {
+    m_bar.setTitle(*Gtk::make_managed<Gtk::Box>());
+    m_bar.setWindowControls(false, true);
+    addModes();
+    addButtons();
+    relabel();
+    followMode();
+}
+
+void NoteHeader::addModes() {
+    m_switch.add_css_class("linked");
+    m_switch.add_css_class("mode-switch");
+    m_switch.set_valign(Gtk::Align::CENTER);
+    for (std::size_t index = 0; index < kModes.size(); ++index) {
+        auto& button = m_modes.at(index);
+        if (index > 0) button.set_group(m_modes.front());
+        button.signal_toggled().connect([this, &button, mode = kModes.at(index).mode] {
+            if (button.get_active()) m_session.state.editorMode.set(mode);
+        });
+        m_switch.append(button);
+    }
+    m_bar.packStart(m_switch);
+}
+
+void NoteHeader::addButtons() {
+    m_export.set_icon_name("send-to-symbolic");
+    m_export.set_action_name(windowAction(CommandID::exportNote));
+    m_assistant.set_icon_name("starred-symbolic");
+    m_assistant.set_action_name(windowAction(CommandID::assistant));
+    m_menu.set_icon_name("view-more-symbolic");
+    m_bar.packEnd(m_menu);
+    m_bar.packEnd(m_assistant);
+    m_bar.packEnd(m_export);
+}
+
+Glib::RefPtr<Gio::Menu> NoteHeader::noteMenu() const {
+    auto menu = Gio::Menu::create();
+    for (const auto& ids :
+         {std::initializer_list<CommandID>{CommandID::togglePin, CommandID::toggleArchive},
+          {CommandID::readerMode, CommandID::exportNote, CommandID::sendAsEmail},
+          {CommandID::moveToTrash}}) {
+        const auto section = Gio::Menu::create();
+        for (const CommandID id : ids) {
+            section->append(m_session.texts(AppCommands::command(id).label), windowAction(id));
+        }
+        menu->append_section(section);
+    }
+    return menu;
+}
+
+void NoteHeader::relabel() {
+    const auto& say = m_session.texts;
+    for (std::size_t index = 0; index < kModes.size(); ++index) {
+        m_modes.at(index).set_label(say(kModes.at(index).label));
+    }
+    const std::string exportName = say(texts::exportButton);
+    const std::string assistantName = say(texts::assistantButton);
+    labelControl(m_export, exportName, withShortcut(exportName, CommandID::exportNote));
+    labelControl(m_assistant, assistantName, withShortcut(assistantName, CommandID::assistant));
+    labelControl(m_menu, say(texts::noteMenu));
+    m_menu.set_menu_model(noteMenu());
+}
+
+void NoteHeader::followMode() {
+    for (std::size_t index = 0; index < kModes.size(); ++index) {
+        if (kModes.at(index).mode == m_session.state.editorMode.get()) {
+            m_modes.at(index).set_active(true);
+        }
+    }
+}
+
+void NoteHeader::setHasNote(bool hasNote) {
+    m_switch.set_visible(hasNote);
+    m_export.set_visible(hasNote);
+    m_menu.set_visible(hasNote);
+}
+
+}  // namespace corvel

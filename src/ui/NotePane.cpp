@@ -1,0 +1,212 @@
+#include "ui/NotePane.h"
+
+#include "app/Texts.h"
+#include "ui/Accessible.h"
+
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/eventcontrollerkey.h>
+
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+constexpr const char* kNotePage = "note";
+constexpr const char* kEmptyPage = "empty";
+
+}  // namespace
+
+NotePane::NotePane(Session& session)
+    : Gtk::Box(Gtk::Orientation::VERTICAL)
+    , m_session(session)
+    , m_header(session)
+    , m_note(Gtk::Orientation::VERTICAL)
+    , m_body(Gtk::Orientation::HORIZONTAL)
+    , m_editor(session.preferences)
+    , m_preview(session.parser, session.texts)
+    , m_status(session) {
+    add_css_class("corvel-note");
+    build();
+    buildTrashBar();
+    buildEmptyState();
+    follow();
+    relabel();
+    applyMode();
+    noteOpened();
+    if (m_shownID) render(m_session.editor.note()->content);
+}
+
+NotePane::~NotePane() {
+    m_session.editor.setTextSource({});
+}
+
+void NotePane::build() {
+    m_title.add_css_class("note-name");
+    m_title.set_has_frame(false);
+    m_body.add_css_class("note-body");
+    m_body.set_vexpand(true);
+    m_body.set_start_child(m_editor);
+    m_body.set_end_child(m_preview);
+    m_body.set_resize_start_child(true);
+    m_body.set_resize_end_child(true);
+    m_body.set_shrink_start_child(false);
+    m_body.set_shrink_end_child(false);
+    m_editor.set_size_request(160, -1);
+    m_preview.set_size_request(160, -1);
+    m_note.append(m_title);
+    m_note.append(m_trashBar);
+    m_note.append(m_body);
+    m_note.append(m_status);
+    m_stack.add(m_note, kNotePage);
+    m_stack.set_vexpand(true);
+    append(headerBar());
+    append(m_stack);
+}
+
+void NotePane::buildTrashBar() {
+    auto& bar = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
+    bar.add_css_class("note-notice");
+    m_trashText.set_hexpand(true);
+    m_trashText.set_xalign(0);
+    m_trashText.set_wrap(true);
+    m_restore.signal_clicked().connect([this] {
+        if (m_shownID) m_session.list.restoreFromTrash({*m_shownID});
+    });
+    bar.append(m_trashText);
+    bar.append(m_restore);
+    m_trashBar.set_child(bar);
+}
+
+void NotePane::buildEmptyState() {
+    m_create.add_css_class("pill");
+    m_create.add_css_class("suggested-action");
+    m_create.set_halign(Gtk::Align::CENTER);
+    m_create.set_action_name(std::string("win.") +
+                             AppCommands::command(CommandID::newNote).actionName);
+    m_empty.setChild(m_create);
+    m_empty.widget().set_vexpand(true);
+    m_stack.add(m_empty.widget(), kEmptyPage);
+}
+
+void NotePane::follow() {
+    auto& editor = m_session.editor;
+    editor.setTextSource([this] { return m_editor.text(); });
+    m_editor.signalEdited().connect([this] { m_session.editor.contentEdited(); });
+    m_title.signal_changed().connect([this] { titleChanged(); });
+    followTitleKeys();
+
+    const auto keep = [this](sigc::connection connection) {
+        m_connections.emplace_back(std::move(connection));
+    };
+    keep(editor.signalOpened().connect([this] { noteOpened(); }));
+    keep(editor.signalRender().connect([this](const std::string& text) { render(text); }));
+    keep(editor.signalStateChanged().connect([this] { noteStateChanged(); }));
+    keep(editor.signalSaveStateChanged().connect([this] { m_status.refreshSaveState(); }));
+    keep(editor.signalDerivedChanged().connect([this] {
+        m_status.refreshCounts();
+        if (std::exchange(m_isFilling, true)) return;
+        const std::string title = m_session.editor.title();
+        if (m_title.get_text().raw() != title) m_title.set_text(title);
+        m_isFilling = false;
+    }));
+    keep(m_session.state.editorMode.signalChanged().connect([this] { applyMode(); }));
+    keep(m_session.sidebar.signalChanged().connect([this] { m_status.refreshFolders(); }));
+    keep(m_session.preferences.signalChanged().connect([this](const std::string& key) {
+        if (key == "appLanguage") relabel();
+    }));
+}
+
+void NotePane::followTitleKeys() {
+    m_title.signal_activate().connect([this] { focusEditor(); });
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->signal_key_pressed().connect(
+        [this](guint key, guint, Gdk::ModifierType) {
+            if (key != GDK_KEY_Down) return false;
+            focusEditor();
+            return true;
+        },
+        false);
+    m_title.add_controller(keys);
+}
+
+void NotePane::noteOpened() {
+    const auto& note = m_session.editor.note();
+    const auto id = note ? std::optional(note->id) : std::nullopt;
+    m_isAtTop = m_isAtTop || id != m_shownID;
+    m_shownID = id;
+    m_header.setHasNote(note.has_value());
+    m_stack.set_visible_child(note ? kNotePage : kEmptyPage);
+    if (!note) {
+        m_editor.close();
+        return;
+    }
+    m_isFilling = true;
+    m_title.set_text(m_session.editor.title());
+    m_isFilling = false;
+    m_editor.open(note->id, note->content);
+    noteStateChanged();
+}
+
+void NotePane::noteStateChanged() {
+    const auto& note = m_session.editor.note();
+    if (!note) return;
+    m_editor.setReadOnly(note->isTrashed);
+    m_title.set_editable(!note->isTrashed);
+    m_trashBar.set_reveal_child(note->isTrashed);
+    m_trashBar.set_visible(note->isTrashed);
+    m_status.refresh(statusNotice());
+}
+
+void NotePane::titleChanged() {
+    if (!m_isFilling) m_session.editor.titleEdited(m_title.get_text());
+}
+
+void NotePane::render(const std::string& markdown) {
+    using Position = PreviewCoordinator::Position;
+    const bool isAtTop = std::exchange(m_isAtTop, false);
+    m_preview.show(markdown, isAtTop ? Position::top : Position::keep);
+}
+
+void NotePane::applyMode() {
+    const EditorMode mode = m_session.state.editorMode.get();
+    const bool hadFocus = m_editor.hasTextFocus();
+    m_editor.set_visible(mode != EditorMode::preview);
+    m_preview.set_visible(mode != EditorMode::editor);
+    m_header.followMode();
+    if (hadFocus && mode == EditorMode::preview)
+        m_preview.child_focus(Gtk::DirectionType::TAB_FORWARD);
+}
+
+std::string NotePane::statusNotice() const {
+    return m_editor.isLarge() ? m_session.texts(texts::noteIsLarge) : "";
+}
+
+void NotePane::relabel() {
+    const auto& say = m_session.texts;
+    m_header.relabel();
+    m_preview.relabel();
+    setAccessibleLabel(m_title, say(texts::noteTitle));
+    m_title.set_placeholder_text(say(texts::titlePlaceholder));
+    m_editor.setLabel(say(texts::noteText));
+    m_trashText.set_text(say(texts::noteIsTrashed));
+    m_restore.set_label(say(texts::restore));
+    m_empty.set("accessories-text-editor-symbolic", say(texts::noNoteOpen),
+                say(texts::noNoteOpenDetail));
+    m_create.set_label(say(texts::createNote));
+    m_status.refresh(statusNotice());
+}
+
+void NotePane::focusEditor() {
+    if (m_session.state.editorMode.get() == EditorMode::preview) {
+        m_preview.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    } else {
+        m_editor.focusText();
+    }
+}
+
+void NotePane::focusTitle() {
+    m_title.grab_focus();
+}
+
+}  // namespace corvel

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/Session.h"
+#include "ui/EditorPane.h"
+#include "ui/NoteHeader.h"
+#include "ui/PreviewPane.h"
+#include "ui/StatusLine.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/label.h>
+#include <gtkmm/paned.h>
+#include <gtkmm/revealer.h>
+#include <gtkmm/stack.h>
+
+#include <optional>
+#include <vector>
+
+namespace corvel {
+
+/// The right side of the main window: the open note with its title, editor and preview, or an empty
+/// state.
+class NotePane : public Gtk::Box {
+public:
+    explicit NotePane(Session& session);  // must outlive the pane
+    ~NotePane() override;
+
+    void focusEditor();
+    void focusTitle();
+    bool hasUnsavedText() const { return m_session.editor.isEdited(); }
+    Gtk::Widget& headerBar() { return m_header.bar().widget(); }
+    void setShowsWindowControls(bool shows) { m_header.bar().setWindowControls(false, shows); }
+
+private:
+    void build();
+    void buildTrashBar();
+    void buildEmptyState();
+    void follow();
+    void followTitleKeys();
+    void noteOpened();
+    void noteStateChanged();
+    void titleChanged();
+    void render(const std::string& markdown);
+    void applyMode();
+    void relabel();
+    std::string statusNotice() const;
+
+    Session& m_session;
+    NoteHeader m_header;
+    Gtk::Stack m_stack;
+    Gtk::Box m_note;
+    Gtk::Entry m_title;
+    Gtk::Revealer m_trashBar;
+    Gtk::Label m_trashText;
+    Gtk::Button m_restore;
+    Gtk::Paned m_body;
+    EditorPane m_editor;
+    PreviewPane m_preview;
+    StatusLine m_status;
+    adw::StatusPage m_empty;
+    Gtk::Button m_create;
+
+    std::optional<Uuid> m_shownID;
+    bool m_isFilling = false;  ///< the pane itself writes the title
+    bool m_isAtTop = false;    ///< the next rendering is another note's
+    std::vector<ScopedConnection> m_connections;
+};
+
+}  // namespace corvel

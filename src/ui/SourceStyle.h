@@ -1,0 +1,24 @@
+#pragma once
+
+#include "themes/Theme.h"
+
+#include <gtksourceview/gtksource.h>
+
+#include <string>
+
+namespace corvel {
+
+/// What the source view needs as files: the program's Markdown language and style schemes made from
+/// themes. Both are written to the cache folder when they are missing.
+namespace sourcestyle {
+
+/// None when the language cannot be written: the text then stays in one colour.
+GtkSourceLanguage* language();
+/// The scheme of a theme's colours; none when it cannot be written.
+GtkSourceStyleScheme* scheme(const Theme& theme);
+
+/// The scheme as the file that is written.
+std::string schemeXml(const Theme& theme, const std::string& id);
+
+}  // namespace sourcestyle
+}  // namespace corvel

@@ -1,0 +1,133 @@
+#include "ui/StyleSheet.h"
+
+#include "themes/Color.h"
+
+#include <glib.h>
+#include <glibmm/ustring.h>
+#include <gtkmm/stylecontext.h>
+
+#include <array>
+#include <string_view>
+
+namespace corvel {
+
+namespace {
+
+/// The rules that need no value: they refer to the colours defined before them.
+constexpr std::string_view kRules = R"css(
+.dim-label { opacity: 0.72; }
+.corvel-sidebar, .corvel-sidebar headerbar {
+    background-color: @corvel_sidebar; color: @corvel_sidebar_text;
+}
+.corvel-list, .corvel-list headerbar, .corvel-list listview, .corvel-list list {
+    background-color: @corvel_list; color: @window_fg_color;
+}
+.corvel-note, .corvel-note headerbar { background-color: @corvel_editor; color: @corvel_editor_text; }
+.corvel-sidebar headerbar, .corvel-list headerbar, .corvel-note headerbar { box-shadow: none; }
+.corvel-sidebar row:selected, .corvel-list row:selected {
+    background-color: @accent_bg_color; color: @accent_fg_color;
+}
+.corvel-sidebar row:selected .dim-label, .corvel-list row:selected .dim-label,
+.corvel-sidebar row:selected .count, .corvel-list row:selected .note-excerpt,
+.corvel-list row:selected .note-date { opacity: 0.92; }
+.section-heading { font-size: 82%; font-weight: bold; letter-spacing: 1px; opacity: 0.75; }
+.count { font-size: 90%; opacity: 0.75; font-feature-settings: "tnum"; }
+.note-row { border-radius: 8px; }
+.note-title { font-weight: bold; }
+.note-excerpt { font-size: 92%; opacity: 0.8; }
+.note-date { font-size: 85%; opacity: 0.8; }
+.tag-chip {
+    font-size: 82%; padding: 0 8px; border-radius: 9px;
+    background-color: alpha(@accent_bg_color, 0.14);
+}
+row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
+.note-name, .note-name:focus-within {
+    background: none; border: none; box-shadow: none; outline: none; border-radius: 0;
+    padding: 0 32px 0 32px; min-height: 44px; font-size: 22px; font-weight: bold;
+}
+.mode-switch { padding: 0; }
+.mode-switch > button { padding: 3px 13px; min-height: 24px; font-weight: normal; }
+.mode-switch > button:checked { font-weight: bold; }
+.note-body { border-top: 1px solid @borders; }
+paned.note-body > separator { background-color: @borders; background-image: none; min-width: 1px; }
+textview.note-editor, textview.note-editor text {
+    background-color: @corvel_editor; color: @corvel_editor_text; caret-color: @corvel_cursor;
+}
+textview.note-editor text selection { background-color: @corvel_selection; color: inherit; }
+.note-preview { background-color: @corvel_page; }
+.note-status { border-top: 1px solid @borders; padding: 0 16px; min-height: 29px; font-size: 85%; }
+.note-status > * { opacity: 0.8; }
+.note-status button { padding: 0 4px; min-height: 22px; font-weight: normal; }
+.note-notice { background-color: alpha(@accent_bg_color, 0.12); padding: 6px 8px 6px 32px; }
+.save-failed { color: @error_color; font-weight: bold; opacity: 1; }
+)css";
+
+std::string define(const char* name, const std::string& value) {
+    return std::string("@define-color ") + name + " " + value + ";\n";
+}
+
+std::string withAlpha(const Color& color) {
+    std::array<char, G_ASCII_DTOSTR_BUF_SIZE> alpha{};
+    g_ascii_formatd(alpha.data(), alpha.size(), "%.3f", color.alpha);
+    return "alpha(" + hexString(color) + ", " + alpha.data() + ")";
+}
+
+std::string colorDefinitions(const ThemeColors& colors) {
+    const auto read = [](const std::string& text) { return colorFromHex(text); };
+    const Color editor = read(colors.editor);
+    const Color sidebar = read(colors.sidebar);
+    const Color list = mixed(editor, sidebar, 0.5);
+    const std::string text = hexString(read(colors.editorText));
+    return define("accent_color", hexString(read(colors.accent))) +
+           define("accent_bg_color", hexString(underWhiteText(read(colors.accent)))) +
+           define("accent_fg_color", "#FFFFFF") + define("window_bg_color", hexString(list)) +
+           define("window_fg_color", text) + define("view_bg_color", hexString(editor)) +
+           define("view_fg_color", text) + define("headerbar_bg_color", hexString(editor)) +
+           define("headerbar_fg_color", text) + define("corvel_sidebar", hexString(sidebar)) +
+           define("corvel_sidebar_text", hexString(read(colors.sidebarText))) +
+           define("corvel_list", hexString(list)) + define("corvel_editor", hexString(editor)) +
+           define("corvel_editor_text", text) +
+           define("corvel_page", hexString(read(colors.background))) +
+           define("corvel_cursor", hexString(read(colors.cursor)));
+}
+
+std::string inPoints(double pixels) {
+    // Points follow the desktop's text scaling, pixels do not.
+    std::array<char, G_ASCII_DTOSTR_BUF_SIZE> text{};
+    g_ascii_formatd(text.data(), text.size(), "%.2fpt", pixels * 0.75);
+    return text.data();
+}
+
+}  // namespace
+
+StyleSheet::StyleSheet(const Preferences& preferences)
+    : m_preferences(preferences), m_provider(Gtk::CssProvider::create()) {
+    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), m_provider,
+                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    m_themeChanged = m_theme.signalChanged().connect([this] { refresh(); });
+    m_preferenceChanged = preferences.signalChanged().connect([this](const std::string& key) {
+        if (key == "uiSize" || key == "editorFontSize") refresh();
+    });
+    refresh();
+}
+
+StyleSheet::~StyleSheet() {
+    if (const auto display = Gdk::Display::get_default()) {
+        Gtk::StyleContext::remove_provider_for_display(display, m_provider);
+    }
+}
+
+std::string StyleSheet::css(const Theme& theme, double fontScale, double editorFontSize) {
+    const Color selection = colorFromHex(theme.colors.selection);
+    return colorDefinitions(theme.colors) + define("corvel_selection", withAlpha(selection)) +
+           "window, tooltip { font-size: " + std::to_string(static_cast<int>(fontScale * 100)) +
+           "%; }\ntextview.note-editor { font-family: monospace; font-size: " +
+           inPoints(editorFontSize) + "; }\n" + std::string(kRules);
+}
+
+void StyleSheet::refresh() {
+    m_provider->load_from_data(
+        css(m_theme.theme(), fontScale(m_preferences.uiSize()), m_preferences.editorFontSize()));
+}
+
+}  // namespace corvel
