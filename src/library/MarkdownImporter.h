@@ -14,6 +14,8 @@ namespace corvel {
 
 class Library;
 
+/// `unreadable` is also a file too large to be a note (256 MB); `notText` has NUL bytes or is in no
+/// known encoding; `notAFile` is a pipe, a device or the like.
 enum class ImportFault { unreadable, notText, notAFile, storeFailed };
 
 struct ImportReport {
@@ -30,7 +32,9 @@ struct ImportReport {
 };
 
 struct ImportOptions {
-    bool keepFolders = false;        ///< sub-folders on disk become folders of the library
+    /// Sub-folders of a chosen folder become folders of the library; one of the same name at the
+    /// same place is used again.
+    bool keepFolders = false;
     std::optional<Uuid> intoFolder;  ///< a folder of the library that takes the notes
 };
 
@@ -45,7 +49,8 @@ public:
     explicit MarkdownImporter(Library& library);
     ~MarkdownImporter();
 
-    /// Calls `done` exactly once, on the main loop, never before this function returns.
+    /// Calls `done` exactly once, on the main loop, never before this function returns. One import
+    /// runs at a time: starting another gives up the first without calling its `done`.
     void start(std::vector<std::filesystem::path> paths,
                ImportOptions options,
                Progress progress,

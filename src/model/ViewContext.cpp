@@ -2,6 +2,7 @@
 
 #include "platform/MainThread.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvel {
@@ -78,6 +79,14 @@ void ViewContext::remember(Change change, std::string key) {
     } else {
         m_unsaved.push_back({std::move(key), std::move(change)});
     }
+}
+
+void ViewContext::forgetAfter(std::size_t count) {
+    if (m_unsaved.size() <= count && !m_replayNeeded) return;
+    m_unsaved.resize(std::min(count, m_unsaved.size()));
+    if (m_database.inTransaction()) m_database.query("ROLLBACK").run();
+    m_replayNeeded = !m_unsaved.empty();
+    replayQuietly();
 }
 
 void ViewContext::replay() {

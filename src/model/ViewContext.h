@@ -33,7 +33,10 @@ public:
     /// `commit` or else by the first save after the group.
     class Group {
     public:
-        explicit Group(ViewContext& context) : m_context(context) { ++m_context.m_openGroups; }
+        explicit Group(ViewContext& context)
+            : m_context(context), m_unsavedBefore(context.m_unsaved.size()) {
+            ++m_context.m_openGroups;
+        }
         Group(const Group&) = delete;
         Group& operator=(const Group&) = delete;
         ~Group() {
@@ -45,9 +48,17 @@ public:
             --m_context.m_openGroups;
             m_context.save();
         }
+        /// Takes back what was changed since the group began, also after a failed `commit`; what
+        /// was unsaved before stays. Closes the group.
+        void rollBack() {
+            if (m_isOpen) --m_context.m_openGroups;
+            m_isOpen = false;
+            m_context.forgetAfter(m_unsavedBefore);
+        }
 
     private:
         ViewContext& m_context;
+        std::size_t m_unsavedBefore;
         bool m_isOpen = true;
     };
 
@@ -68,6 +79,7 @@ private:
     void ensureTransaction();
     void runOne(const Change& change);
     void remember(Change change, std::string key);
+    void forgetAfter(std::size_t count);
     void replay();
     void replayQuietly();
 

@@ -178,7 +178,7 @@ TEST(SearchIndex, TidyingChangesNoAnswer) {
     PlainNotes plain;
     std::mt19937 random(23);
     const std::string padding(20'000, 'x');
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 1000; ++round) {
         const RowId row = 1 + static_cast<RowId>(random() % 400);
         if (random() % 8 == 0) {
             plain.notes.erase(row);

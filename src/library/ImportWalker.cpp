@@ -1,0 +1,98 @@
+#include "library/ImportWalker.h"
+
+#include "platform/Text.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::size_t kEntriesAtOnce = 256;
+
+bool isMarkdownName(const std::filesystem::path& path) {
+    constexpr std::array<std::string_view, 5> kExtensions{".md", ".markdown", ".mdown", ".mkd",
+                                                          ".txt"};
+    const auto extension = text::lowercased(path.extension().string());
+    return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
+}
+
+}  // namespace
+
+ImportWalker::ImportWalker(const std::vector<std::filesystem::path>& paths) {
+    for (const auto& path : paths)
+        m_pending.push_back({path, {}, true});
+}
+
+std::optional<ImportWalker::File> ImportWalker::step(std::vector<ImportReport::Skipped>& skipped) {
+    if (m_open) {
+        readEntries(skipped);
+    } else if (m_files.empty() && !m_pending.empty()) {
+        const Pending pending = std::move(m_pending.front());
+        m_pending.pop_front();
+        look(pending, skipped);
+    }
+    if (m_files.empty()) return std::nullopt;
+    auto file = std::move(m_files.front());
+    m_files.pop_front();
+    return file;
+}
+
+// What is no directory is left to whoever reads it: only opening tells what it really is.
+void ImportWalker::look(const Pending& pending, std::vector<ImportReport::Skipped>& skipped) {
+    struct stat status {};
+    if (::stat(pending.path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+        const bool isNew = m_visited.emplace(status.st_dev, status.st_ino).second;
+        if (isNew) openDirectory(pending, skipped);
+    } else if (pending.isChosen || isMarkdownName(pending.path)) {
+        ++m_found;
+        m_files.push_back({pending.path, pending.folder});
+    }
+}
+
+void ImportWalker::openDirectory(const Pending& pending,
+                                 std::vector<ImportReport::Skipped>& skipped) {
+    std::error_code error;
+    std::filesystem::directory_iterator entries(pending.path, error);
+    if (error) {
+        skipped.push_back({pending.path, ImportFault::unreadable});
+        return;
+    }
+    m_open = std::move(entries);
+    m_directory = pending;
+}
+
+void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
+    std::error_code error;
+    for (std::size_t i = 0; i < kEntriesAtOnce; ++i) {
+        if (*m_open == std::filesystem::directory_iterator{}) break;
+        const auto& entry = **m_open;
+        // Not every file system says what an entry is: then it is looked at.
+        const bool isFile = entry.is_regular_file(error) && !error;
+        if (!isFile || isMarkdownName(entry.path())) {
+            const bool isFolder = !isFile && entry.is_directory(error) && !error;
+            m_entries.push_back(
+                {entry.path(),
+                 isFolder ? m_directory.folder / entry.path().filename() : m_directory.folder,
+                 false});
+        }
+        m_open->increment(error);
+        if (error) {
+            skipped.push_back({m_directory.path, ImportFault::unreadable});
+            m_open = std::filesystem::directory_iterator{};
+        }
+    }
+    if (*m_open != std::filesystem::directory_iterator{}) return;
+    m_open.reset();
+    std::sort(m_entries.begin(), m_entries.end(),
+              [](const Pending& a, const Pending& b) { return a.path < b.path; });
+    m_pending.insert(m_pending.begin(), std::make_move_iterator(m_entries.begin()),
+                     std::make_move_iterator(m_entries.end()));
+    m_entries.clear();
+}
+
+}  // namespace corvel
