@@ -1,0 +1,5 @@
+#include "markdown/MarkdownHelper.h"
+
+int main() {
+    return corvel::runMarkdownHelper();
+}
