@@ -27,6 +27,7 @@ void ContextPopover::popup(const Glib::RefPtr<Gio::MenuModel>& menu,
     origin.translate_coordinates(m_owner, at.get_x(), at.get_y(), x, y);
     m_popover->set_pointing_to(
         {static_cast<int>(x), static_cast<int>(y), at.get_width(), at.get_height()});
+    m_popover->signal_closed().connect(m_giveFocus);
     m_popover->popup();
 }
 

@@ -5,15 +5,19 @@
 #include <gtkmm/popovermenu.h>
 #include <gtkmm/widget.h>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace corvel {
 
 /// A context menu over a widget. The widget must have a layout manager (a box has one).
 class ContextPopover {
 public:
-    explicit ContextPopover(Gtk::Widget& owner) : m_owner(owner) {}
+    /// `giveFocus` puts the focus back where the menu was opened.
+    ContextPopover(Gtk::Widget& owner, std::function<void()> giveFocus)
+        : m_owner(owner), m_giveFocus(std::move(giveFocus)) {}
     ContextPopover(const ContextPopover&) = delete;
     ContextPopover& operator=(const ContextPopover&) = delete;
     ~ContextPopover();
@@ -30,6 +34,7 @@ private:
     void drop();
 
     Gtk::Widget& m_owner;
+    std::function<void()> m_giveFocus;
     std::unique_ptr<Gtk::PopoverMenu> m_popover;
 };
 

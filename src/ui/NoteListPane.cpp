@@ -48,7 +48,8 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
     , m_menu(session,
              *this,
              {.removing = [this](const auto& operation) { m_view.removing(operation); },
-              .deletePermanently = [this] { askToDelete(); }}) {
+              .deletePermanently = [this] { askToDelete(); },
+              .giveFocus = [this] { focusList(); }}) {
     add_css_class("corvel-list");
     buildHeader();
     buildSearch();
@@ -276,6 +277,7 @@ void NoteListPane::notesTrashed(const std::vector<Uuid>& ids) {
                   texts(texts::undo), [this, ids] {
                       m_session.list.restoreFromTrash(ids);
                       m_session.state.selectedNoteID.set(ids.front());
+                      focusList();
                   });
 }
 

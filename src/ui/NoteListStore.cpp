@@ -15,6 +15,15 @@ void NoteListStore::splice(const ListSplice& change) {
                   static_cast<guint>(change.added));
 }
 
+void NoteListStore::spliceAnew(const ListSplice& change) {
+    m_gapStart = change.position;
+    m_gap = change.added;
+    m_size = m_list.size() - m_gap;
+    items_changed(static_cast<guint>(change.position), static_cast<guint>(change.removed), 0);
+    m_gap = 0;
+    splice({change.position, 0, change.added});
+}
+
 GType NoteListStore::get_item_type_vfunc() {
     return G_TYPE_OBJECT;
 }
@@ -24,8 +33,9 @@ guint NoteListStore::get_n_items_vfunc() {
 }
 
 gpointer NoteListStore::get_item_vfunc(guint position) {
-    if (position >= m_size || position >= m_list.size()) return nullptr;
-    return itemOf(m_list.rowAt(position))->gobj_copy();
+    const std::size_t row = position < m_gapStart ? position : position + m_gap;
+    if (position >= m_size || row >= m_list.size()) return nullptr;
+    return itemOf(m_list.rowAt(row))->gobj_copy();
 }
 
 Glib::RefPtr<NoteItem> NoteListStore::itemOf(RowId row) {

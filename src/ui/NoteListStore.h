@@ -19,6 +19,8 @@ public:
 
     /// To be called after the view model's rows have changed.
     void splice(const ListSplice& change);
+    /// The same, told as going and coming, so that nobody looks for the gone among those that came.
+    void spliceAnew(const ListSplice& change);
 
 protected:
     GType get_item_type_vfunc() override;
@@ -36,6 +38,9 @@ private:
     std::shared_ptr<Living> m_living = std::make_shared<Living>();
     /// What the widgets were told: between a change and its signal the two may differ.
     std::size_t m_size;
+    /// Rows of the view model that the widgets do not know of yet: from where, and how many.
+    std::size_t m_gapStart = 0;
+    std::size_t m_gap = 0;
 };
 
 }  // namespace corvel

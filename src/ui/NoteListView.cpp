@@ -187,9 +187,11 @@ void NoteListView::spliced(const ListSplice& change) {
     const bool isAnother = m_shown != current();
     const bool hadSelection = !m_selection->get_selection()->is_empty();
     m_isUpdating = true;
-    // The selection model would look for the selected items among all that came.
-    if (isAnother || change.added > kFollowed) m_selection->unselect_all();
-    m_store->splice(change);
+    if (isAnother || change.added > kFollowed) {
+        m_store->spliceAnew(change);
+    } else {
+        m_store->splice(change);
+    }
     m_isUpdating = false;
     if (isAnother) return;
     if (m_isRemoving) {

@@ -11,7 +11,9 @@
 namespace corvel {
 
 NoteMenu::NoteMenu(Session& session, Gtk::Widget& owner, Callbacks callbacks)
-    : m_session(session), m_callbacks(std::move(callbacks)), m_popover(owner) {}
+    : m_session(session)
+    , m_callbacks(std::move(callbacks))
+    , m_popover(owner, m_callbacks.giveFocus) {}
 
 void NoteMenu::popup(std::vector<Uuid> noteIDs, Gtk::Widget& origin, const Gdk::Rectangle& at) {
     if (noteIDs.empty()) return;

@@ -20,6 +20,7 @@ public:
         /// Runs an operation that may take the notes off the list.
         std::function<void(const std::function<void()>&)> removing;
         std::function<void()> deletePermanently;  ///< asks first
+        std::function<void()> giveFocus;          ///< to the list, when the menu is closed
     };
 
     NoteMenu(Session& session, Gtk::Widget& owner, Callbacks callbacks);

@@ -37,7 +37,7 @@ SidebarPane::SidebarPane(Session& session, const CommandMenus& menus)
     , m_session(session)
     , m_menus(menus)
     , m_dialogs(session)
-    , m_popover(*this) {
+    , m_popover(*this, [this] { focusList(); }) {
     add_css_class("corvel-sidebar");
     m_model.setExpandedText(session.preferences.store().string(kExpandedKey).value_or(""));
     buildHeader();
@@ -250,8 +250,10 @@ void SidebarPane::openMenu(const SidebarItem* item, Gtk::Widget& origin, const G
     if (isFolder(item)) {
         const auto id = item->node().filter.folderID;
         const auto name = item->node().name;
-        add("subfolder", texts::newSubfolder,
-            [this, id, name] { m_dialogs.createIn(window(), id, name); });
+        add("subfolder", texts::newSubfolder, [this, id, name, key = item->key()] {
+            m_model.setExpanded(key, true);
+            m_dialogs.createIn(window(), id, name);
+        });
         add("rename", texts::rename, [this, id, name] { m_dialogs.rename(window(), id, name); });
         add("delete", texts::deleteFolder,
             [this, id, name] { m_dialogs.remove(window(), id, name); });
