@@ -23,6 +23,7 @@ inline constexpr Text assistantButton{"Asystent", "Assistant"};
 inline constexpr Text noteMenu{"Menu notatki", "Note Menu"};
 inline constexpr Text noteTitle{"Tytuł notatki", "Note title"};
 inline constexpr Text noteText{"Treść notatki", "Note text"};
+inline constexpr Text editorAndPreview{"Edytor i podgląd", "Editor and preview"};
 inline constexpr Text titlePlaceholder{"Tytuł", "Title"};
 inline constexpr Text noNoteOpen{"Wybierz notatkę", "Select a note"};
 inline constexpr Text noNoteOpenDetail{"Notatka wybrana z listy otworzy się tutaj.",

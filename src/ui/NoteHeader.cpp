@@ -39,7 +39,6 @@ NoteHeader::NoteHeader(Session& session) : m_session(session) {
 }
 
 void NoteHeader::addModes() {
-    m_switch.add_css_class("linked");
     m_switch.add_css_class("mode-switch");
     m_switch.set_valign(Gtk::Align::CENTER);
     for (std::size_t index = 0; index < kModes.size(); ++index) {
@@ -58,7 +57,7 @@ void NoteHeader::addButtons() {
     m_export.set_action_name(windowAction(CommandID::exportNote));
     m_assistant.set_icon_name("starred-symbolic");
     m_assistant.set_action_name(windowAction(CommandID::assistant));
-    m_menu.set_icon_name("view-more-symbolic");
+    m_menu.set_icon_name("open-menu-symbolic");
     m_bar.packEnd(m_menu);
     m_bar.packEnd(m_assistant);
     m_bar.packEnd(m_export);

@@ -189,6 +189,7 @@ void NotePane::relabel() {
     setAccessibleLabel(m_title, say(texts::noteTitle));
     m_title.set_placeholder_text(say(texts::titlePlaceholder));
     m_editor.setLabel(say(texts::noteText));
+    setAccessibleLabel(m_body, say(texts::editorAndPreview));
     m_trashText.set_text(say(texts::noteIsTrashed));
     m_restore.set_label(say(texts::restore));
     m_empty.set("accessories-text-editor-symbolic", say(texts::noNoteOpen),

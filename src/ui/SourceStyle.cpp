@@ -41,7 +41,7 @@ constexpr std::string_view kLanguage = R"xml(<?xml version="1.0" encoding="UTF-8
     <context id="rule" style-ref="mark"><match>^ {0,3}([-*_][ \t]*){3,}$</match></context>
     <context id="list" style-ref="mark"><match>^[ \t]*([-*+]|[0-9]{1,9}[.)])(?=[ \t])</match></context>
     <context id="code" style-ref="code" class="no-spell-check">
-      <match>(`+)(?!`)[^`]*(?&lt;!`)\1(?!`)</match>
+      <match>(?&lt;!`)(`[^`]+`|``.+?``)(?!`)</match>
     </context>
     <context id="link" style-ref="link" class="no-spell-check">
       <match>!?\[[^\[\]]*\]\([^()]*\)</match>
@@ -49,9 +49,9 @@ constexpr std::string_view kLanguage = R"xml(<?xml version="1.0" encoding="UTF-8
     <context id="address" style-ref="link" class="no-spell-check">
       <match>https?://[^\s&lt;&gt;()]+</match>
     </context>
-    <context id="strong" style-ref="strong"><match>(\*\*|__)(?=\S)[^*_]+?\1</match></context>
+    <context id="strong" style-ref="strong"><match>\*\*(?=\S)[^*]+\*\*|__(?=\S)[^_]+__</match></context>
     <context id="emphasis" style-ref="emphasis">
-      <match>(?&lt;![*_\w])([*_])(?=[^\s*_])[^*_]+?\1(?![*_\w])</match>
+      <match>(?&lt;![*\w])\*(?=[^\s*])[^*]+\*(?![*\w])|(?&lt;![_\w])_(?=[^\s_])[^_]+_(?![_\w])</match>
     </context>
     <context id="strike" style-ref="strike"><match>~~[^~]+~~</match></context>
     <context id="tag" style-ref="tag" class="no-spell-check">

@@ -45,9 +45,14 @@ row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
     background: none; border: none; box-shadow: none; outline: none; border-radius: 0;
     padding: 0 32px 0 32px; min-height: 44px; font-size: 22px; font-weight: bold;
 }
-.mode-switch { padding: 0; }
-.mode-switch > button { padding: 3px 13px; min-height: 24px; font-weight: normal; }
-.mode-switch > button:checked { font-weight: bold; }
+.mode-switch { padding: 2px; border-radius: 8px; background-color: alpha(currentColor, 0.09); }
+.mode-switch > button, .mode-switch > button:hover {
+    padding: 2px 13px; min-height: 22px; border: none; border-radius: 6px; font-weight: normal;
+    background: none; box-shadow: none;
+}
+.mode-switch > button:checked {
+    font-weight: bold; background-color: @corvel_raised; box-shadow: 0 1px 2px alpha(black, 0.2);
+}
 .note-body { border-top: 1px solid @borders; }
 paned.note-body > separator { background-color: @borders; background-image: none; min-width: 1px; }
 textview.note-editor, textview.note-editor text {
@@ -76,6 +81,7 @@ std::string colorDefinitions(const ThemeColors& colors) {
     const auto read = [](const std::string& text) { return colorFromHex(text); };
     const Color editor = read(colors.editor);
     const Color sidebar = read(colors.sidebar);
+    const bool isDark = contrast(editor, {1, 1, 1}) > contrast(editor, {});
     const Color list = mixed(editor, sidebar, 0.5);
     const std::string text = hexString(read(colors.editorText));
     return define("accent_color", hexString(read(colors.accent))) +
@@ -87,6 +93,7 @@ std::string colorDefinitions(const ThemeColors& colors) {
            define("corvel_sidebar_text", hexString(read(colors.sidebarText))) +
            define("corvel_list", hexString(list)) + define("corvel_editor", hexString(editor)) +
            define("corvel_editor_text", text) +
+           define("corvel_raised", hexString(mixed(editor, {1, 1, 1}, isDark ? 0.86 : 1.0))) +
            define("corvel_page", hexString(read(colors.background))) +
            define("corvel_cursor", hexString(read(colors.cursor)));
 }

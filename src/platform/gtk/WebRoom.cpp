@@ -34,6 +34,19 @@ void switchFeaturesOff(WebKitSettings* settings) {
     }
 }
 
+/// What a page's "sans-serif" stands for: the desktop's own font, as in the windows.
+void useDesktopFont(WebKitSettings* settings) {
+    gchar* name = nullptr;
+    g_object_get(gtk_settings_get_default(), "gtk-font-name", &name, nullptr);
+    const Handle<gchar, g_free> owner(name);
+    const Handle<PangoFontDescription, pango_font_description_free> font(
+        pango_font_description_from_string(name != nullptr ? name : "Sans"));
+    const char* family = pango_font_description_get_family(font.get());
+    if (family == nullptr) return;
+    webkit_settings_set_sans_serif_font_family(settings, family);
+    webkit_settings_set_default_font_family(settings, family);
+}
+
 WebKitSettings* makeSettings() {
     WebKitSettings* settings = webkit_settings_new();
     webkit_settings_set_javascript_can_open_windows_automatically(settings, FALSE);
@@ -47,6 +60,7 @@ WebKitSettings* makeSettings() {
     webkit_settings_set_enable_page_cache(settings, FALSE);
     webkit_settings_set_enable_back_forward_navigation_gestures(settings, FALSE);
     webkit_settings_set_enable_fullscreen(settings, FALSE);
+    useDesktopFont(settings);
     switchFeaturesOff(settings);
     return settings;
 }
