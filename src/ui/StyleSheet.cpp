@@ -54,7 +54,7 @@ row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
     font-weight: bold; background-color: @corvel_raised; box-shadow: 0 1px 2px alpha(black, 0.2);
 }
 .note-body { border-top: 1px solid @borders; }
-paned.note-body > separator { background-color: @borders; background-image: none; min-width: 1px; }
+paned.note-body > separator { background-color: @borders; background-image: none; box-shadow: none; min-width: 1px; }
 textview.note-editor, textview.note-editor text {
     background-color: @corvel_editor; color: @corvel_editor_text; caret-color: @corvel_cursor;
 }
