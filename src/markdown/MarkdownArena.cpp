@@ -21,8 +21,24 @@ constexpr std::size_t kLargeFrom = std::size_t{64} * 1024;
 constexpr std::size_t kBlockLimit = std::size_t{1} << 40U;
 
 MarkdownArena* newestArena = nullptr;
-// Kept from one document to the next: a fresh slab costs page faults on every keystroke.
-std::unique_ptr<char[]> spareSlab;
+constexpr std::size_t kMostSpareSlabs = 16;
+
+using Slab = std::unique_ptr<char[]>;
+
+// Kept from one document to the next: fresh slabs cost page faults on every keystroke, more than
+// the parsing itself.
+std::vector<Slab>& spareSlabs() {
+    static std::vector<Slab> slabs;
+    return slabs;
+}
+
+Slab takeSlab() {
+    auto& spare = spareSlabs();
+    if (spare.empty()) return Slab(new (std::nothrow) char[kSlabSize]);
+    Slab slab = std::move(spare.back());
+    spare.pop_back();
+    return slab;
+}
 
 std::size_t aligned(std::size_t size) {
     return (size + kAlignment - 1) & ~(kAlignment - 1);
@@ -37,7 +53,11 @@ MarkdownArena::MarkdownArena() : m_outer(newestArena) {
 MarkdownArena::~MarkdownArena() {
     for (Header* block : m_large)
         std::free(block);
-    if (!m_slabs.empty()) spareSlab = std::move(m_slabs.front());
+    auto& spare = spareSlabs();
+    while (!m_slabs.empty() && spare.size() < kMostSpareSlabs) {
+        spare.push_back(std::move(m_slabs.back()));
+        m_slabs.pop_back();
+    }
     newestArena = m_outer;
 }
 
@@ -77,7 +97,7 @@ char* MarkdownArena::allocate(std::size_t size) {
 
 char* MarkdownArena::allocateSmall(std::size_t size) {
     const std::size_t needed = sizeof(Header) + aligned(size);
-    if (static_cast<std::size_t>(m_end - m_next) < needed) addSlab(needed);
+    if (static_cast<std::size_t>(m_end - m_next) < needed) addSlab();
     auto* header = new (m_next) Header{size, kSmall};
     m_next += needed;
     return reinterpret_cast<char*>(header + 1);
@@ -117,13 +137,12 @@ char* MarkdownArena::resize(char* block, std::size_t size) {
     return moved;
 }
 
-void MarkdownArena::addSlab(std::size_t atLeast) {
-    const std::size_t size = std::max(kSlabSize, atLeast);
-    auto slab =
-        spareSlab ? std::move(spareSlab) : std::unique_ptr<char[]>(new (std::nothrow) char[size]);
+// A small block is always shorter than a slab.
+void MarkdownArena::addSlab() {
+    auto slab = takeSlab();
     if (!slab) std::abort();
     m_next = slab.get();
-    m_end = m_next + size;
+    m_end = m_next + kSlabSize;
     m_slabs.push_back(std::move(slab));
 }
 

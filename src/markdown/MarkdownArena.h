@@ -33,7 +33,7 @@ private:
     char* allocateSmall(std::size_t size);
     char* allocateLarge(std::size_t size);
     char* resize(char* block, std::size_t size);
-    void addSlab(std::size_t atLeast);
+    void addSlab();
 
     std::vector<std::unique_ptr<char[]>> m_slabs;
     std::vector<Header*> m_large;
