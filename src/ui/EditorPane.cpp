@@ -18,7 +18,10 @@ namespace {
 constexpr int kSideMargin = 32;
 constexpr int kTopMargin = 20;
 constexpr int kBottomMargin = 96;  // the last line need not be written at the window's edge
-constexpr std::size_t kLargeText = 2'000'000;
+constexpr std::size_t kLargeText = 400'000;
+// The toolkit takes seconds to lay out more than this; the note itself stays whole in the store.
+constexpr std::size_t kMostEditable = 10'000'000;
+constexpr std::size_t kShownOfMore = 200'000;
 constexpr std::size_t kLongLine = 50'000;
 
 /// A text whose colouring or wrapping would take seconds.
@@ -66,7 +69,9 @@ EditorPane::EditorPane(const Preferences& preferences)
 }
 
 void EditorPane::open(const Uuid& id, const std::string& content) {
-    const std::string usable = text::repaired(content);
+    m_isPartial = content.size() > kMostEditable;
+    const std::string usable =
+        text::repaired(m_isPartial ? text::prefixByBytes(content, kShownOfMore) : content);
     m_isLarge = isTooLarge(usable);
     m_bufferChanged.disconnect();
     m_noteID = id;
@@ -121,8 +126,8 @@ void EditorPane::applySpacing() {
 }
 
 void EditorPane::setReadOnly(bool isReadOnly) {
-    m_view->set_editable(!isReadOnly);
-    m_view->set_cursor_visible(!isReadOnly);
+    m_view->set_editable(!isReadOnly && !m_isPartial);
+    m_view->set_cursor_visible(!isReadOnly && !m_isPartial);
 }
 
 void EditorPane::setLabel(const std::string& label) {

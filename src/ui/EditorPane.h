@@ -28,6 +28,8 @@ public:
     void setReadOnly(bool isReadOnly);
     /// Too large to be coloured and wrapped.
     bool isLarge() const { return m_isLarge; }
+    /// So large that its beginning alone is shown, for reading only.
+    bool isPartial() const { return m_isPartial; }
     void setLabel(const std::string& label);
     void focusText() { m_view->grab_focus(); }
     bool hasTextFocus() const { return m_view->has_focus(); }
@@ -48,6 +50,7 @@ private:
     Glib::RefPtr<Gtk::TextBuffer> m_buffer;
     std::optional<Uuid> m_noteID;
     bool m_isLarge = false;
+    bool m_isPartial = false;
     ScopedConnection m_bufferChanged;
     ScopedConnection m_themeChanged;
     ScopedConnection m_preferenceChanged;

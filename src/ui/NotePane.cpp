@@ -179,6 +179,7 @@ void NotePane::applyMode() {
 }
 
 std::string NotePane::statusNotice() const {
+    if (m_editor.isPartial()) return m_session.texts(texts::noteIsPartial);
     return m_editor.isLarge() ? m_session.texts(texts::noteIsLarge) : "";
 }
 

@@ -25,7 +25,10 @@ constexpr const char* kPlainPage = "plain";
 }  // namespace
 
 PreviewPane::PreviewPane(const MarkdownParserService& parser, const Localisation& texts)
-    : m_parser(parser), m_texts(texts), m_plain(Gtk::Orientation::VERTICAL) {
+    : m_parser(parser)
+    , m_texts(texts)
+    , m_rendering(Gio::Cancellable::create())
+    , m_plain(Gtk::Orientation::VERTICAL) {
     add_css_class("note-preview");
     m_notice.add_css_class("note-notice");
     m_notice.set_wrap(true);
@@ -63,6 +66,7 @@ PreviewPane::PreviewPane(const MarkdownParserService& parser, const Localisation
 }
 
 PreviewPane::~PreviewPane() {
+    m_rendering->cancel();
     m_coordinator.reset();
     if (m_view) m_page.remove(m_view->widget());
 }
@@ -91,12 +95,27 @@ void PreviewPane::show(const std::string& markdown, PreviewCoordinator::Position
 void PreviewPane::refresh() {
     if (!m_isStale || !m_coordinator || !get_mapped()) return;
     m_isStale = false;
+    m_rendering->cancel();
     if (m_markdown.size() > kMostMarkdown) {
         showPlainText();
         return;
     }
+    m_rendering = Gio::Cancellable::create();
+    m_renderer.render(m_markdown, m_rendering,
+                      [this, request = m_rendering](RenderOutcome outcome) {
+                          if (request->is_cancelled())
+                              return;  // a newer text asked again, or the pane is gone
+                          showRendered(std::move(outcome));
+                      });
+}
+
+void PreviewPane::showRendered(RenderOutcome outcome) {
+    if (outcome.isPlainText) {
+        showPlainText();
+        return;
+    }
     m_coordinator->show(generateCSS(m_theme.theme()),
-                        m_parser.postProcessImages(MarkdownParserService::renderBody(m_markdown)),
+                        m_parser.postProcessImages(std::move(outcome.html)),
                         std::exchange(m_position, PreviewCoordinator::Position::keep));
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "app/settings/Localisation.h"
+#include "markdown/GuardedRenderer.h"
 #include "markdown/MarkdownParserService.h"
 #include "markdown/PreviewCoordinator.h"
 #include "platform/ScopedConnection.h"
 #include "platform/gtk/WebRoom.h"
 #include "ui/SystemTheme.h"
 
+#include <giomm/cancellable.h>
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 #include <gtkmm/stack.h>
@@ -30,6 +32,7 @@ public:
 private:
     void makeWebView();
     void refresh();
+    void showRendered(RenderOutcome outcome);
     void showWebPage();
     void showPlainText();
     void applyColors();
@@ -37,6 +40,8 @@ private:
 
     const MarkdownParserService& m_parser;
     const Localisation& m_texts;
+    GuardedRenderer m_renderer;
+    Glib::RefPtr<Gio::Cancellable> m_rendering;  // the newest request
     SystemTheme m_theme;
     std::string m_markdown;
     PreviewCoordinator::Position m_position = PreviewCoordinator::Position::keep;
