@@ -1,12 +1,14 @@
 #include "markdown/MarkdownTree.h"
 
+#include "platform/Ascii.h"
 #include "platform/Handle.h"
 
 #include <cmark-gfm-core-extensions.h>
 #include <cmark-gfm/parser.h>
 #include <glib.h>
+#include <unicode/utf8.h>
 
-#include <array>
+#include <cstdint>
 #include <string>
 
 namespace corvel {
@@ -43,11 +45,12 @@ cmark_node* parse(std::string_view markdown) {
 
 // A NUL is left to the parser, which reads it as U+FFFD.
 bool isClean(std::string_view markdown) {
-    const char* position = markdown.data();
-    const char* end = position + markdown.size();
-    while (g_utf8_validate(position, end - position, &position) == FALSE) {
-        if (*position != '\0') return false;
-        ++position;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(markdown.data());
+    for (std::size_t position = ascii::runLength(markdown); position < markdown.size();) {
+        UChar32 character = 0;
+        U8_NEXT(bytes, position, markdown.size(), character);
+        if (character < 0) return false;
+        if (character < 0x80) position += ascii::runLength(markdown.substr(position));
     }
     return true;
 }
