@@ -24,21 +24,12 @@ CommandMenus::CommandMenus(const Session& session) : m_session(session) {
 
 void CommandMenus::relabel() {
     fillPrimary();
-    fillNote();
     fillList();
 }
 
 void CommandMenus::appendCommand(Gio::Menu& menu, CommandID id) const {
     const auto& command = AppCommands::command(id);
     menu.append(m_session.texts(command.label), std::string("win.") + command.actionName);
-}
-
-void CommandMenus::appendSection(Gio::Menu& menu, std::initializer_list<CommandID> ids) const {
-    const auto section = Gio::Menu::create();
-    for (const auto id : ids) {
-        appendCommand(*section, id);
-    }
-    menu.append_section(section);
 }
 
 Glib::RefPtr<Gio::Menu> CommandMenus::groupMenu(CommandGroup group) const {
@@ -85,16 +76,6 @@ void CommandMenus::fillPrimary() {
     m_primary->append_section(choices);
     m_primary->append_section(groupMenu(CommandGroup::help));
     m_primary->append_section(groupMenu(CommandGroup::application));
-}
-
-void CommandMenus::fillNote() {
-    m_note = Gio::Menu::create();
-    appendSection(*m_note, {CommandID::togglePin, CommandID::toggleArchive});
-    appendSection(*m_note, {CommandID::readerMode, CommandID::exportNote, CommandID::sendAsEmail});
-    const auto format = Gio::Menu::create();
-    format->append_submenu(m_session.texts(texts::groupFormat), groupMenu(CommandGroup::format));
-    m_note->append_section(format);
-    appendSection(*m_note, {CommandID::moveToTrash});
 }
 
 void CommandMenus::fillList() {

@@ -5,8 +5,6 @@
 
 #include <giomm/menu.h>
 
-#include <initializer_list>
-
 namespace corvel {
 
 /// The menus made from the command table. `relabel` makes new ones in the language of the
@@ -16,25 +14,20 @@ public:
     explicit CommandMenus(const Session& session);
 
     const Glib::RefPtr<Gio::Menu>& primary() const { return m_primary; }
-    /// For the open note: what the note pane's menu button shows.
-    const Glib::RefPtr<Gio::Menu>& note() const { return m_note; }
     const Glib::RefPtr<Gio::Menu>& sort() const { return m_sort; }
     const Glib::RefPtr<Gio::Menu>& importing() const { return m_import; }
     void relabel();
 
 private:
     void appendCommand(Gio::Menu& menu, CommandID id) const;
-    void appendSection(Gio::Menu& menu, std::initializer_list<CommandID> ids) const;
     Glib::RefPtr<Gio::Menu> groupMenu(CommandGroup group) const;
     Glib::RefPtr<Gio::Menu> languageMenu() const;
     Glib::RefPtr<Gio::Menu> sizeMenu() const;
     void fillPrimary();
-    void fillNote();
     void fillList();
 
     const Session& m_session;
     Glib::RefPtr<Gio::Menu> m_primary;
-    Glib::RefPtr<Gio::Menu> m_note;
     Glib::RefPtr<Gio::Menu> m_sort;
     Glib::RefPtr<Gio::Menu> m_import;
 };

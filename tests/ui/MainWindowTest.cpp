@@ -1,0 +1,201 @@
+#include "model/PersistenceController.h"
+#include "support/TemporaryFolder.h"
+#include "ui/MainWindow.h"
+#include "ui/Resources.h"
+
+#include <adwaita.h>
+#include <glibmm/main.h>
+#include <gtest/gtest.h>
+#include <gtkmm/application.h>
+#include <gtkmm/textview.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace corvel {
+namespace {
+
+constexpr std::chrono::seconds kPatience{10};
+
+/// The one application of this process: its name on the bus is taken once.
+Gtk::Application& application() {
+    static const auto shared = [] {
+        auto made =
+            Gtk::Application::create("com.qno.corvel.test", Gio::Application::Flags::NON_UNIQUE);
+        made->register_application();
+        adw_init();
+        registerResources();
+        return made;
+    }();
+    return *shared.get();
+}
+
+/// One run of the program over a store: the window as a user has it, driven by its actions.
+class Program {
+public:
+    explicit Program(const TemporaryFolder& folder)
+        : m_controller(PersistenceController::Storage::onDisk, folder.path() / "store")
+        , m_defaults(folder.path() / "preferences")
+        , m_session(m_controller, m_defaults, [this](CommandID id) {
+            if (m_window) m_window->perform(id);
+        }) {
+        m_window = std::make_unique<MainWindow>(m_session, application());
+        m_session.start();
+        m_window->window().present();
+        EXPECT_TRUE(becomes([this] { return m_window->window().get_mapped(); }));
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() { EXPECT_TRUE(m_session.finish()); }
+
+    Session& session() { return m_session; }
+    MainWindow& window() { return *m_window; }
+
+    void activate(const char* action) { m_window->window().activate_action(action, {}); }
+
+    /// Runs the main loop until `condition` holds; false when it takes too long.
+    template <typename Condition>
+    static bool becomes(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + kPatience;
+        const auto context = Glib::MainContext::get_default();
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > end) return false;
+            context->iteration(false);
+        }
+        return true;
+    }
+
+    /// Types into the editor as a user does, at the end of the text.
+    void type(const std::string& text) {
+        auto* view = findEditor(m_window->note());
+        ASSERT_NE(view, nullptr);
+        view->get_buffer()->insert(view->get_buffer()->end(), text);
+    }
+
+    std::vector<std::string> titles() {
+        std::vector<std::string> found;
+        for (std::size_t i = 0; i < m_session.list.size(); ++i) {
+            found.push_back(m_session.list.summaryAt(i)->title);
+        }
+        return found;
+    }
+
+    void write(const std::string& text) {
+        activate("win.new-note");
+        type(text);
+        EXPECT_TRUE(m_session.editor.save());
+    }
+
+private:
+    static Gtk::TextView* findEditor(Gtk::Widget& widget) {
+        if (auto* view = dynamic_cast<Gtk::TextView*>(&widget)) return view;
+        for (auto* child = widget.get_first_child(); child != nullptr;
+             child = child->get_next_sibling()) {
+            if (auto* view = findEditor(*child)) return view;
+        }
+        return nullptr;
+    }
+
+    PersistenceController m_controller;
+    UserDefaults m_defaults;
+    Session m_session;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+using Titles = std::vector<std::string>;
+
+TEST(MainWindow, KeepsNotesThatWereWrittenPinnedAndFiledOverARestart) {
+    const TemporaryFolder folder;
+    {
+        Program run(folder);
+        run.write("# Plan\n\nbody #work/plan");
+        run.activate("win.toggle-pin");
+        run.write("# Lektury\n\nLalka");
+        const auto work = run.session().sidebar.createFolder("Work", std::nullopt);
+        ASSERT_TRUE(work.has_value());
+        run.session().list.addToFolder(run.window().list().view().selectedNotes(), work->id);
+        EXPECT_EQ(run.titles(), (Titles{"Plan", "Lektury"}));
+    }
+    Program again(folder);
+    EXPECT_EQ(again.titles(), (Titles{"Plan", "Lektury"}));
+    ASSERT_TRUE(again.session().editor.note().has_value());
+    EXPECT_EQ(again.session().editor.note()->title, "Lektury");
+    ASSERT_EQ(again.session().sidebar.folders.size(), 1U);
+    EXPECT_EQ(again.session().sidebar.folders.front().noteCount, 1);
+    again.session().state.sidebarFilter.set(SidebarFilter::tag("work"));
+    EXPECT_EQ(again.titles(), Titles{"Plan"});
+}
+
+TEST(MainWindow, SelectsTheNextNoteWhenOneGoesToTheTrashAndBringsItBack) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# C");
+    run.write("# B");
+    run.write("# A");
+    auto& state = run.session().state;
+    state.selectedNoteID.set(run.session().list.summaryAt(1)->id);
+    const auto trashed = *state.selectedNoteID.get();
+    run.activate("win.move-to-trash");
+    EXPECT_EQ(run.titles(), (Titles{"A", "C"}));
+    ASSERT_TRUE(state.selectedNote.get().has_value());
+    EXPECT_EQ(state.selectedNote.get()->title, "C");
+    EXPECT_EQ(run.window().list().view().selectedNotes().size(), 1U);
+
+    run.session().list.restoreFromTrash({trashed});
+    EXPECT_EQ(run.session().list.size(), 3U);
+    EXPECT_EQ(state.selectedNote.get()->title, "C") << "a note that returns takes nobody's place";
+}
+
+TEST(MainWindow, KeepsTheSelectionWhenTheSelectedNoteMoves) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Old");
+    run.write("# New");
+    auto& state = run.session().state;
+    const auto old = run.session().list.summaryAt(1)->id;
+    state.selectedNoteID.set(old);
+    run.activate("win.toggle-pin");
+    EXPECT_EQ(run.titles(), (Titles{"Old", "New"}));
+    EXPECT_EQ(run.window().list().view().selectedNotes(), std::vector<Uuid>{old});
+    EXPECT_EQ(state.selectedNoteID.get(), old);
+}
+
+TEST(MainWindow, LeavesANoteOpenThatAnEditTakesOffTheList) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Stays");
+    run.write("# Tagged\n\n#tag");
+    auto& state = run.session().state;
+    const auto tagged = *state.selectedNoteID.get();
+    state.sidebarFilter.set(SidebarFilter::tag("tag"));
+    ASSERT_EQ(run.titles(), Titles{"Tagged"});
+    auto note = *run.session().library.notes.fetchNote(tagged);
+    note.content = "# Tagged\n\nno more";
+    run.session().library.notes.update(note);
+    EXPECT_EQ(run.session().list.size(), 0U);
+    EXPECT_EQ(state.selectedNoteID.get(), tagged);
+}
+
+TEST(MainWindow, RelabelsEverythingWhenTheLanguageChanges) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.session().preferences.setAppLanguage("en");
+    EXPECT_EQ(run.window().list().sidebarButton().get_tooltip_text(), "Show Sidebar");
+    run.session().preferences.setAppLanguage("pl");
+    EXPECT_EQ(run.window().list().sidebarButton().get_tooltip_text(), "Pokaż panel boczny");
+}
+
+TEST(MainWindow, DisablesNoteCommandsWhileNoNoteIsSelected) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    auto* actions = dynamic_cast<Gio::ActionGroup*>(&run.window().window());
+    ASSERT_NE(actions, nullptr);
+    EXPECT_FALSE(actions->get_action_enabled("toggle-pin"));
+    run.write("# One");
+    EXPECT_TRUE(actions->get_action_enabled("toggle-pin"));
+}
+
+}  // namespace
+}  // namespace corvel
