@@ -115,8 +115,6 @@ inline constexpr Text notSavedDetail{
     "The library refused the last changes of the note. Closing loses them."};
 inline constexpr Text closeAnyway{"Zamknij mimo to", "Close Anyway"};
 inline constexpr Text cannotStart{"Nie można otworzyć biblioteki", "The library cannot be opened"};
-inline constexpr Text alreadyRunning{"Program jest już uruchomiony i używa tej biblioteki.",
-                                     "The program is already running and uses this library."};
 inline constexpr Text aboutComment{"Notatki w Markdownie, lokalnie i po Twojemu.",
                                    "Notes in Markdown, on your own machine."};
 inline constexpr Text keyboardShortcuts{"Skróty klawiszowe", "Keyboard Shortcuts"};
