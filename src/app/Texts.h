@@ -145,7 +145,6 @@ inline constexpr Text movedToTrash{"Przeniesiono do kosza: %1", "Moved to Trash:
 inline constexpr Text deleteForGoodOne{"Usunąć trwale \"%1\"?", "Delete \"%1\" permanently?"};
 inline constexpr Text deleteForGoodSeveral{"Usunąć trwale: %1?", "Permanently delete %1?"};
 inline constexpr Text deleteForGoodDetail{"Tego nie można cofnąć.", "This cannot be undone."};
-inline constexpr Text remove{"Usuń", "Delete"};
 
 // Empty states: what the list shows instead of rows.
 inline constexpr Text emptyLibrary{"Nie ma jeszcze notatek", "No notes yet"};
