@@ -66,6 +66,9 @@ void Session::bindEditor() {
     };
     m_connections.emplace_back(editor.signalOpened().connect(publish));
     m_connections.emplace_back(editor.signalStateChanged().connect(publish));
+    m_connections.emplace_back(editor.signalDerivedChanged().connect([this] {
+        if (editor.isEdited()) list.showDraft(editor.note()->id, editor.title());
+    }));
     m_connections.emplace_back(notifications.observe(
         "folderDidChange", [this](const std::any&) { editor.refreshFolders(); }));
 }

@@ -140,7 +140,16 @@ void NoteListViewModel::show(const std::vector<RowId>& rows) {
     m_rowsChanged.emit();
 }
 
+void NoteListViewModel::showDraft(const Uuid& id, const std::string& title) {
+    const auto row = m_library.listing.rowOf(id);
+    const auto shown = row ? summaryOf(*row) : std::nullopt;
+    if (!shown || shown->title == title) return;
+    m_draft = Draft{id, title};
+    m_rowsChanged.emit();
+}
+
 void NoteListViewModel::noteChanged(const NoteChange& change) {
+    if (change.note != nullptr && m_draft && m_draft->id == change.id) m_draft.reset();
     if (m_isBatch) return;
     if (isSearching()) {
         reload();
@@ -172,7 +181,9 @@ std::optional<NoteSummary> NoteListViewModel::summaryAt(std::size_t position) co
 
 std::optional<NoteSummary> NoteListViewModel::summaryOf(RowId row) const {
     try {
-        return m_library.listing.summary(row);
+        auto summary = m_library.listing.summary(row);
+        if (summary && m_draft && m_draft->id == summary->id) summary->title = m_draft->title;
+        return summary;
     } catch (const StoreError& error) {
         logFailure("Error loading notes:", error);
         return std::nullopt;

@@ -53,6 +53,8 @@ public:
     std::optional<NoteSummary> summaryOf(RowId row) const;
     std::optional<std::size_t> positionOf(const Uuid& id) const;
     void reload();
+    /// Shows `title` for a note whose edits are not saved yet; saving it ends that.
+    void showDraft(const Uuid& id, const std::string& title);
     /// False while a search still looks through the library: an empty list is then no answer yet.
     bool isSearchFinished() const;
     /// Asks a search for more hits when the reader nears the end of those shown.
@@ -108,6 +110,11 @@ private:
     std::size_t m_wantedHits = kHitsAtOnce;
     ScopedConnection m_searchWork;
     std::vector<RowId> m_rows;
+    struct Draft {
+        Uuid id;
+        std::string title;
+    };
+    std::optional<Draft> m_draft;
     bool m_isBatch = false;
     std::vector<ScopedConnection> m_connections;
     sigc::signal<void(const ListSplice&)> m_spliced;

@@ -57,8 +57,11 @@ protected:
 };
 
 TEST_F(SessionTest, ANewNoteIsOpenedAndTakesItsTitleFromItsText) {
+    session->preferences.setAutoSaveInterval(60);
     activate(CommandID::newNote);
     type("# Plan");
+    ASSERT_TRUE(turnUntil([&] { return session->list.summaryAt(0)->title == "Plan"; }));
+    EXPECT_EQ(storedText(selected()), "") << "the list shows the title before the save";
     session->editor.save();
     EXPECT_EQ(session->editor.title(), "Plan");
     session->editor.titleEdited("Own");
@@ -102,7 +105,8 @@ TEST_F(SessionTest, SwitchingNotesSavesTheOneThatIsLeft) {
     session->state.selectedNoteID.set(first);
     EXPECT_EQ(buffer, "first");
     session->state.selectedNoteID.set(Uuid::random());
-    EXPECT_FALSE(session->state.selectedNoteID.get().has_value()) << "a note that is gone is not selected";
+    EXPECT_FALSE(session->state.selectedNoteID.get().has_value())
+        << "a note that is gone is not selected";
     EXPECT_EQ(session->list.size(), 1U) << "an empty new note that is left is gone";
 }
 
