@@ -1,4 +1,7 @@
+#include "app/settings/Localisation.h"
 #include "library/Library.h"
+#include "library/NoteListViewModel.h"
+#include "library/SidebarViewModel.h"
 #include "model/PersistenceController.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
@@ -6,6 +9,8 @@
 
 #include <glibmm/init.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <set>
@@ -171,6 +176,33 @@ void compareFolderTree(benchmark::State& state, ListBench& bench) {
         });
 }
 
+/// What choosing another entry of the sidebar costs the main loop in one go: the list, the counts
+/// and both trees. The base is reading the ids of all notes with nothing but SQLite.
+void compareSwitch(benchmark::State& state, ListBench& bench) {
+    const BenchFolder folder;
+    UserDefaults defaults(folder.path() / "preferences.ini");
+    const Preferences preferences(defaults);
+    const Localisation texts(preferences);
+    NotificationCenter notifications;
+    NoteListViewModel list(bench.library(), notifications);
+    SidebarViewModel sidebar(bench.library(), texts, notifications);
+    const auto cases = bench.cases();
+    std::size_t next = 0;
+    double longest = 0;
+    PairedRun(kRounds).run(
+        state,
+        [&] {
+            const auto start = std::chrono::steady_clock::now();
+            list.setFilter(cases[next++ % cases.size()].filter);
+            sidebar.reload();
+            const std::chrono::duration<double, std::milli> spent =
+                std::chrono::steady_clock::now() - start;
+            longest = std::max(longest, spent.count());
+        },
+        [&] { benchmark::DoNotOptimize(bench.plain("SELECT pk FROM note ORDER BY pk")); });
+    state.counters["longest_ms"] = longest;
+}
+
 void registerAll(const std::string& prefix, ListBench& bench) {
     for (const auto& which : bench.cases()) {
         registerPaired(prefix + "first50/" + which.name, [&bench, which](auto& state) {
@@ -180,6 +212,7 @@ void registerAll(const std::string& prefix, ListBench& bench) {
             compareLists(state, bench, which, NoteListing::kNoLimit);
         });
     }
+    registerPaired(prefix + "switch", [&bench](auto& state) { compareSwitch(state, bench); });
     registerPaired(prefix + "counts", [&bench](auto& state) { compareCounts(state, bench); });
     registerPaired(prefix + "tagTree", [&bench](auto& state) { compareTagTree(state, bench); });
     registerPaired(prefix + "folderTree",
