@@ -101,6 +101,8 @@ inline constexpr Text deletePermanently{"Usuń trwale", "Delete Permanently"};
 inline constexpr Text hideSidebar{"Ukryj panel boczny", "Hide Sidebar"};
 inline constexpr Text showSidebar{"Pokaż panel boczny", "Show Sidebar"};
 inline constexpr Text sidebarPane{"Panel boczny", "Sidebar"};
+inline constexpr Text sidebarWidth{"Szerokość panelu bocznego", "Sidebar width"};
+inline constexpr Text listWidth{"Szerokość listy", "List width"};
 inline constexpr Text language{"Język", "Language"};
 inline constexpr Text polish{"Polski", "Polski"};
 inline constexpr Text english{"English", "English"};
@@ -133,7 +135,7 @@ inline constexpr Text leaveSearch{"Opuść wyszukiwanie", "Leave search"};
 // The note list.
 inline constexpr Text noteList{"Lista notatek", "Note list"};
 inline constexpr Text search{"Szukaj", "Search"};
-inline constexpr Text searchResults{"Wyniki wyszukiwania", "Search Results"};
+inline constexpr Text searchResults{"Wyniki", "Results"};
 inline constexpr Text sortBy{"Sortuj według", "Sort By"};
 inline constexpr Text newNoteTooltip{"Nowa notatka (⌘N)", "New Note (⌘N)"};
 inline constexpr Text importTooltip{"Importuj Markdown (⌘O)", "Import Markdown (⌘O)"};

@@ -83,7 +83,7 @@ void EditorPane::close() {
     m_bufferChanged.disconnect();
     m_noteID.reset();
     m_buffer.reset();
-    m_view->set_buffer(Gtk::TextBuffer::create());
+    m_view->set_buffer(NoteBuffers::emptyBuffer());
 }
 
 std::string EditorPane::text() const {

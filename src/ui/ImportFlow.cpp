@@ -1,6 +1,7 @@
 #include "ui/ImportFlow.h"
 
 #include "app/Texts.h"
+#include "platform/Handle.h"
 #include "ui/Accessible.h"
 #include "ui/Dialogs.h"
 #include "ui/ImportReportView.h"
@@ -26,8 +27,10 @@ std::vector<std::filesystem::path> pathsOf(Gtk::FileChooserNative& chooser) {
     std::vector<std::filesystem::path> paths;
     const auto files = chooser.get_files();
     for (guint i = 0; i < files->get_n_items(); ++i) {
-        const auto file = std::dynamic_pointer_cast<Gio::File>(files->get_object(i));
-        if (file && !file->get_path().empty()) paths.emplace_back(file->get_path());
+        // The classes of files are private to the toolkit: the C++ list model cannot wrap them.
+        const GObjectHandle<void> file(g_list_model_get_item(files->gobj(), i));
+        const Handle<char, g_free> path(g_file_get_path(G_FILE(file.get())));
+        if (path) paths.emplace_back(path.get());
     }
     return paths;
 }

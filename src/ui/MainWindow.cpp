@@ -139,6 +139,7 @@ void MainWindow::connect() {
 void MainWindow::relabel() {
     m_window.set_title(m_session.texts(texts::programName));
     m_menus.relabel();
+    m_layout.relabel(m_session.texts);
     m_sidebar.relabel();
     m_list.relabel();
     m_import.relabel();

@@ -12,10 +12,6 @@ namespace {
 constexpr std::size_t kMostBuffers = 16;
 constexpr int kMostCharacters = 8'000'000;
 
-Glib::RefPtr<Gtk::TextBuffer> makeBuffer() {
-    return Glib::wrap(GTK_TEXT_BUFFER(gtk_source_buffer_new(nullptr)));
-}
-
 void load(Gtk::TextBuffer& buffer, const std::string& content) {
     // Opening a note is no step that can be undone.
     buffer.begin_irreversible_action();
@@ -26,6 +22,10 @@ void load(Gtk::TextBuffer& buffer, const std::string& content) {
 }
 
 }  // namespace
+
+Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::emptyBuffer() {
+    return Glib::wrap(GTK_TEXT_BUFFER(gtk_source_buffer_new(nullptr)));
+}
 
 std::string NoteBuffers::textOf(const Gtk::TextBuffer& buffer) {
     auto* handle = const_cast<GtkTextBuffer*>(buffer.gobj());
@@ -46,7 +46,7 @@ Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::bufferFor(const Uuid& id, const std::
         if (textOf(*buffer) != content) load(*buffer, content);
         return buffer;
     }
-    const auto buffer = makeBuffer();
+    const auto buffer = emptyBuffer();
     load(*buffer, content);
     m_entries.push_front({id, buffer});
     trim();

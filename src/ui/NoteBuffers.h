@@ -16,6 +16,9 @@ public:
     /// The buffer of note `id` holding `content`. Its undo steps are kept when it held just that.
     Glib::RefPtr<Gtk::TextBuffer> bufferFor(const Uuid& id, const std::string& content);
 
+    /// A buffer of no note: a source view warns of any other kind.
+    static Glib::RefPtr<Gtk::TextBuffer> emptyBuffer();
+
     /// The text without the marks that only the buffer knows.
     static std::string textOf(const Gtk::TextBuffer& buffer);
 

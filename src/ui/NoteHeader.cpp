@@ -53,9 +53,9 @@ void NoteHeader::addModes() {
 }
 
 void NoteHeader::addButtons() {
-    m_export.set_icon_name("send-to-symbolic");
+    m_export.set_icon_name("corvel-share-symbolic");
     m_export.set_action_name(windowAction(CommandID::exportNote));
-    m_assistant.set_icon_name("starred-symbolic");
+    m_assistant.set_icon_name("corvel-sparkle-symbolic");
     m_assistant.set_action_name(windowAction(CommandID::assistant));
     m_menu.set_icon_name("open-menu-symbolic");
     m_bar.packEnd(m_menu);
@@ -101,7 +101,6 @@ void NoteHeader::followMode() {
 
 void NoteHeader::setHasNote(bool hasNote) {
     m_switch.set_visible(hasNote);
-    m_export.set_visible(hasNote);
     m_menu.set_visible(hasNote);
 }
 

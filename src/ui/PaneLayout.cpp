@@ -1,5 +1,8 @@
 #include "ui/PaneLayout.h"
 
+#include "app/Texts.h"
+#include "ui/Accessible.h"
+
 #include <algorithm>
 
 namespace corvel {
@@ -20,6 +23,7 @@ constexpr const char* kListWidthKey = "listWidth";
 constexpr const char* kSidebarVisibleKey = "sidebarVisible";
 
 void join(Gtk::Paned& paned, Gtk::Widget& start, Gtk::Widget& end) {
+    paned.add_css_class("corvel-panes");
     paned.set_start_child(start);
     paned.set_end_child(end);
     paned.set_resize_start_child(false);
@@ -54,6 +58,11 @@ PaneLayout::PaneLayout(UserDefaults& defaults,
     m_inner.property_position().signal_changed().connect(
         [this] { limit(m_inner, m_listWidth, kListSmallest, kListLargest); });
     arrange();
+}
+
+void PaneLayout::relabel(const Localisation& texts) {
+    setAccessibleLabel(m_outer, texts(texts::sidebarWidth));
+    setAccessibleLabel(m_inner, texts(texts::listWidth));
 }
 
 void PaneLayout::limit(Gtk::Paned& paned, int& width, int smallest, int largest) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ScopedConnection.h"
+#include "app/settings/Localisation.h"
 #include "platform/UserDefaults.h"
 
 #include <gtkmm/paned.h>
@@ -16,6 +16,7 @@ public:
     PaneLayout(UserDefaults& defaults, Gtk::Widget& sidebar, Gtk::Widget& list, Gtk::Widget& note);
 
     Gtk::Widget& widget() { return m_outer; }
+    void relabel(const Localisation& texts);
     void remember();
 
     /// To be called when the window has another width.
