@@ -23,7 +23,6 @@ constexpr const char* kListWidthKey = "listWidth";
 constexpr const char* kSidebarVisibleKey = "sidebarVisible";
 
 void join(Gtk::Paned& paned, Gtk::Widget& start, Gtk::Widget& end) {
-    paned.add_css_class("corvel-panes");
     paned.set_start_child(start);
     paned.set_end_child(end);
     paned.set_resize_start_child(false);
