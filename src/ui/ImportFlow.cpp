@@ -1,6 +1,7 @@
 #include "ui/ImportFlow.h"
 
 #include "app/Texts.h"
+#include "library/Notifications.h"
 #include "platform/Handle.h"
 #include "ui/Accessible.h"
 #include "ui/Dialogs.h"
@@ -177,7 +178,18 @@ void ImportFlow::finished(const ImportReport& report) {
     } else {
         m_toasts.show(title, texts(texts::details), [this, report] { showReport(report); });
     }
-    if (report.lastNoteID) m_session.state.selectedNoteID.set(report.lastNoteID);
+    m_session.notifications.post(notifications::folderDidChange);
+    if (report.lastNoteID) showImported(*report.lastNoteID);
+}
+
+// The new notes are shown even when what the list holds would not.
+void ImportFlow::showImported(const Uuid& id) {
+    auto& state = m_session.state;
+    if (!m_session.list.positionOf(id)) {
+        state.isSearchActive.set(false);
+        if (!m_session.list.positionOf(id)) state.sidebarFilter.set({});
+    }
+    state.selectedNoteID.set(id);
 }
 
 void ImportFlow::showReport(const ImportReport& report) {
