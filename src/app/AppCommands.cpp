@@ -224,7 +224,8 @@ void AppCommands::activate(CommandID id) {
         case ID::importMarkdown:
             return m_notifications.post(notifications::importMarkdown);
         case ID::findInAllNotes:
-            return m_state.isSearchActive.set(true);
+            m_state.isSearchActive.set(true);
+            break;  // the window gives the search field the focus, also when it searches already
         case ID::toggleSplitView:
             return toggleMode(EditorMode::split);
         case ID::togglePreview:
@@ -238,8 +239,9 @@ void AppCommands::activate(CommandID id) {
         case ID::switchLanguage:
             return m_preferences.setAppLanguage(m_preferences.appLanguage() == "en" ? "pl" : "en");
         default:
-            if (m_openWindow) m_openWindow(id);
+            break;
     }
+    if (m_openWindow) m_openWindow(id);
 }
 
 void AppCommands::postNoteAction(NoteActionType type) {

@@ -36,8 +36,8 @@ inline constexpr Text previewUnavailable{
     "The preview of this note cannot be shown. This is its text."};
 inline constexpr Text previewTooLarge{"Ta notatka jest za duża na podgląd.",
                                       "This note is too large for a preview."};
-inline constexpr Text noteIsPartial{"Bardzo duża notatka: widać sam początek, tylko do odczytu",
-                                    "Very large note: its beginning alone is shown, read-only"};
+inline constexpr Text noteIsPartial{"Początek bardzo dużej notatki, do odczytu",
+                                    "Beginning of a very large note, read-only"};
 inline constexpr Text noteIsLarge{"Duża notatka: bez kolorów i zawijania wierszy",
                                   "Large note: no colours, no line wrapping"};
 inline constexpr Text noteFolders{"Foldery notatki", "Folders of the note"};

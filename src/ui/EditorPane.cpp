@@ -97,6 +97,8 @@ void EditorPane::showBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer) {
     applyColors();
     m_view->set_buffer(buffer);
     get_vadjustment()->set_value(0);
+    // Scrolling to the start would hide the margin above it.
+    if (buffer->get_insert()->get_iter().is_start()) return;
     m_view->scroll_to(buffer->get_insert());
 }
 

@@ -15,6 +15,8 @@ namespace {
 
 /// More lines than this help nobody and would make the dialog slow.
 constexpr std::size_t kShown = 200;
+constexpr int kWidth = 400;
+constexpr int kHeight = 320;
 
 const Text& reasonText(ImportFault fault) {
     switch (fault) {
@@ -30,12 +32,12 @@ const Text& reasonText(ImportFault fault) {
     return texts::faultUnreadable;
 }
 
+// One line each: of a long path its folder gives way, not the file's name.
 void appendLine(Gtk::Box& box, const std::string& text, const char* style) {
     auto* label = Gtk::make_managed<Gtk::Label>(text);
     label->set_xalign(0);
-    label->set_wrap(true);
-    label->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
-    label->set_selectable(true);
+    label->set_ellipsize(Pango::EllipsizeMode::START);
+    label->set_tooltip_text(text);
     label->add_css_class(style);
     box.append(*label);
 }
@@ -67,7 +69,8 @@ Gtk::Widget* makeImportReportView(const ImportReport& report, const Localisation
     auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
     scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller->set_propagate_natural_height(true);
-    scroller->set_max_content_height(320);
+    scroller->set_max_content_height(kHeight);
+    scroller->set_min_content_width(kWidth);
     scroller->set_child(*box);
     return scroller;
 }

@@ -127,9 +127,6 @@ void MainWindow::connect() {
         }));
     m_connections.emplace_back(m_session.state.sidebarFilter.signalChanged().connect(
         [this] { m_layout.sidebarChosen(); }));
-    m_connections.emplace_back(m_session.state.isSearchActive.signalChanged().connect([this] {
-        if (m_session.state.isSearchActive.get()) m_layout.showList();
-    }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
     m_connections.push_back(m_session.notifications.observe(
@@ -159,6 +156,9 @@ void MainWindow::perform(CommandID command) {
     switch (command) {
         case CommandID::toggleSidebar:
             return m_layout.toggleSidebar();
+        case CommandID::findInAllNotes:
+            m_layout.showList();
+            return m_list.focusSearch();
         case CommandID::nextPane:
             return cyclePane(1);
         case CommandID::previousPane:

@@ -108,7 +108,7 @@ void NoteListPane::buildSearch() {
         state.searchQuery.set(query);
     });
     m_search.signal_stop_search().connect([this] { leaveSearch(); });
-    m_search.signal_activate().connect([this] { focusList(); });
+    m_search.signal_activate().connect([this] { enterList(); });
     append(m_search);
 }
 
@@ -175,7 +175,7 @@ bool NoteListPane::keyPressed(guint key, Gdk::ModifierType modifiers) {
 
 bool NoteListPane::searchKeyPressed(guint key) {
     if (key != GDK_KEY_Down && key != GDK_KEY_KP_Down) return false;
-    focusList();
+    enterList();
     return true;
 }
 
@@ -224,11 +224,7 @@ void NoteListPane::leaveSearch() {
 }
 
 void NoteListPane::searchStateChanged() {
-    if (m_session.state.isSearchActive.get()) {
-        if (!m_search.has_focus()) m_search.grab_focus();
-    } else {
-        m_search.set_text({});
-    }
+    if (!m_session.state.isSearchActive.get()) m_search.set_text({});
 }
 
 void NoteListPane::focusList() {
@@ -237,6 +233,15 @@ void NoteListPane::focusList() {
     } else {
         m_search.grab_focus();
     }
+}
+
+void NoteListPane::enterList() {
+    if (m_session.list.size() > 0) m_view.enter();
+}
+
+void NoteListPane::focusSearch() {
+    m_search.grab_focus();
+    m_search.select_region(0, -1);
 }
 
 void NoteListPane::contentChanged() {

@@ -25,6 +25,7 @@ public:
 
     void relabel();
     void focusList();
+    void focusSearch();
     /// Shown only while the sidebar is hidden.
     Gtk::Button& sidebarButton() { return m_sidebarButton; }
     adw::HeaderBar& headerBar() { return m_header; }
@@ -45,6 +46,7 @@ private:
     bool searchKeyPressed(guint key);
     void openMenu(const Gdk::Rectangle& at);
     void deleteSelected();
+    void enterList();
     void leaveSearch();
     void searchStateChanged();
     void contentChanged();

@@ -264,6 +264,8 @@ void NoteListView::select(std::size_t position) {
 }
 
 void NoteListView::scrollTo(std::size_t position) {
+    // The list model tells of a change before the rows have followed it.
+    if (position >= m_selection->get_n_items()) return;
     m_rows.activate_action("list.scroll-to-item",
                            Glib::Variant<guint32>::create(static_cast<guint32>(position)));
 }
@@ -274,6 +276,11 @@ void NoteListView::focusRow(std::size_t position) {
     if (row == nullptr || row->get_parent() == nullptr || !row->get_parent()->grab_focus()) {
         m_rows.grab_focus();
     }
+}
+
+void NoteListView::enter() {
+    if (m_selection->get_selection()->is_empty() && m_selection->get_n_items() > 0) select(0);
+    focusSelected();
 }
 
 void NoteListView::focusSelected() {

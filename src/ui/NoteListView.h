@@ -25,6 +25,8 @@ public:
     /// The selected notes in list order.
     std::vector<Uuid> selectedNotes() const;
     void focusSelected();
+    /// Focuses the list; its first note is selected if none is.
+    void enter();
     /// Reads every visible row again.
     void refreshRows();
     /// Runs an operation by which the user may take the selected notes off the list: the next row

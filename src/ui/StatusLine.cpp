@@ -23,6 +23,7 @@ StatusLine::StatusLine(Session& session) : m_session(session), m_folders(session
 
 void StatusLine::refresh(const std::string& notice) {
     m_notice.set_text(notice);
+    m_notice.set_tooltip_text(notice);
     m_notice.set_visible(!notice.empty());
     refreshCounts();
     refreshFolders();
