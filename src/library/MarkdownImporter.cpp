@@ -57,7 +57,7 @@ public:
         Done done)
         : m_library(library)
         , m_walker(paths)
-        , m_options(std::move(options))
+        , m_options(options)
         , m_progress(std::move(progress))
         , m_done(std::move(done)) {}
 
@@ -203,12 +203,11 @@ MarkdownImporter::MarkdownImporter(Library& library) : m_library(library) {}
 
 MarkdownImporter::~MarkdownImporter() = default;
 
-void MarkdownImporter::start(std::vector<std::filesystem::path> paths,
+void MarkdownImporter::start(const std::vector<std::filesystem::path>& paths,
                              ImportOptions options,
                              Progress progress,
                              Done done) {
-    m_job = std::make_unique<Job>(m_library, paths, std::move(options), std::move(progress),
-                                  std::move(done));
+    m_job = std::make_unique<Job>(m_library, paths, options, std::move(progress), std::move(done));
     m_job->begin([this] {
         // The answer may start the next import or destroy this importer.
         const auto report = m_job->takeReport();

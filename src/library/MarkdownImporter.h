@@ -51,7 +51,7 @@ public:
 
     /// Calls `done` exactly once, on the main loop, never before this function returns. One import
     /// runs at a time: starting another gives up the first without calling its `done`.
-    void start(std::vector<std::filesystem::path> paths,
+    void start(const std::vector<std::filesystem::path>& paths,
                ImportOptions options,
                Progress progress,
                Done done);

@@ -46,7 +46,7 @@ PreviewCoordinator::PreviewCoordinator(WebView& view, std::chrono::milliseconds 
 
 std::shared_ptr<PreviewCoordinator> PreviewCoordinator::create(WebView& view,
                                                                std::chrono::milliseconds patience) {
-    const std::shared_ptr<PreviewCoordinator> made(new PreviewCoordinator(view, patience));
+    std::shared_ptr<PreviewCoordinator> made(new PreviewCoordinator(view, patience));
     made->connect();
     return made;
 }

@@ -12,8 +12,8 @@ void NotificationCenter::post(std::string_view name, const std::any& payload) {
     if (found != m_signals.end()) found->second.emit(payload);
 }
 
-ScopedConnection NotificationCenter::observe(std::string_view name, Observer observer) {
-    return m_signals[std::string(name)].connect(std::move(observer));
+ScopedConnection NotificationCenter::observe(std::string_view name, const Observer& observer) {
+    return m_signals[std::string(name)].connect(observer);
 }
 
 }  // namespace corvel

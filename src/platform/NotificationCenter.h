@@ -21,7 +21,7 @@ public:
     void post(std::string_view name, const std::any& payload = {});
 
     /// The observer is removed when the returned connection is destroyed.
-    [[nodiscard]] ScopedConnection observe(std::string_view name, Observer observer);
+    [[nodiscard]] ScopedConnection observe(std::string_view name, const Observer& observer);
 
 private:
     std::map<std::string, sigc::signal<void(const std::any&)>, std::less<>> m_signals;
