@@ -174,8 +174,17 @@ void NoteListView::stateSelectionChanged() {
 void NoteListView::selectInList(std::size_t position) {
     m_selectedRow = m_session.list.rowAt(position);
     m_isUpdating = true;
-    m_selection->select_item(static_cast<guint>(position), true);
+    selectRow(position);
     m_isUpdating = false;
+}
+
+// By the list rather than its model: a range that is extended later starts here.
+void NoteListView::selectRow(std::size_t position) {
+    const auto row = static_cast<guint32>(position);
+    m_rows.activate_action(
+        "list.select-item",
+        Glib::Variant<std::tuple<guint32, bool, bool>>::create({row, false, false}));
+    if (!m_selection->is_selected(row)) m_selection->select_item(row, true);
 }
 
 NoteListView::Shown NoteListView::current() const {
@@ -259,7 +268,7 @@ void NoteListView::keepSelection(std::size_t near, bool hadSelection) {
 }
 
 void NoteListView::select(std::size_t position) {
-    m_selection->select_item(static_cast<guint>(position), true);
+    selectRow(position);
     selectionChanged();
 }
 

@@ -65,6 +65,7 @@ private:
     void replaced();
     void keepSelection(std::size_t near, bool hadSelection);
     bool hasLeftForGood() const;
+    void selectRow(std::size_t position);
     void selectInList(std::size_t position);
     void select(std::size_t position);
     void scrollTo(std::size_t position);
