@@ -33,13 +33,15 @@ void Library::updateSearchIndex(const NoteChange& change) {
         return;
     }
     // Pin and archive do not matter to the index; the trash does.
-    const auto summary = listing.summary(change.row);
-    if (!summary || summary->isTrashed) {
+    std::optional<Note> stored;
+    const Note* note = change.note;
+    if (note == nullptr) {
+        stored = notes.fetchNote(change.id);
+        if (stored) note = &*stored;
+    }
+    if (note == nullptr || note->isTrashed) {
         searchIndex.noteRemoved(change.row);
-    } else if (change.note != nullptr) {
-        searchIndex.noteChanged(change.row, change.note->title, change.note->content,
-                                change.note->modifiedAt);
-    } else if (const auto note = notes.fetchNote(change.id)) {
+    } else {
         searchIndex.noteChanged(change.row, note->title, note->content, note->modifiedAt);
     }
 }

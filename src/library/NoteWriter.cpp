@@ -54,22 +54,24 @@ void fileInFolders(Database& database,
     }
 }
 
-// Three statements, so that an ordinary edit does not touch the indexes on what it leaves as it is.
+// Several statements, so that an edit does not touch the indexes on what it leaves as it is.
 void updateNoteRow(Database& database, RowId row, const Note& note, const DerivedText& derived) {
-    database
-        .query(
-            "UPDATE note SET modifiedAt=?, wordCount=?, syncStatus=1, sourceFilePath=?, excerpt=?"
-            " WHERE pk=?")
-        .bind(note.modifiedAt, derived.wordCount, note.sourceFilePath, derived.excerpt, row)
+    database.query("UPDATE note SET modifiedAt=?, syncStatus=1, excerpt=? WHERE pk=?")
+        .bind(note.modifiedAt, derived.excerpt, row)
+        .run();
+    database.query("UPDATE note SET wordCount=?1 WHERE pk=?2 AND wordCount<>?1")
+        .bind(derived.wordCount, row)
         .run();
     database.query("UPDATE note SET title=?1 WHERE pk=?2 AND title IS NOT ?1")
         .bind(note.title, row)
         .run();
     database
         .query(
-            "UPDATE note SET isTrashed=?1, trashedAt=?2, bookmarkData=?3 WHERE pk=?4"
-            " AND (isTrashed<>?1 OR trashedAt IS NOT ?2 OR bookmarkData IS NOT ?3)")
-        .bind(note.isTrashed, note.trashedAt, note.bookmarkData, row)
+            "UPDATE note SET isTrashed=?1, trashedAt=?2, sourceFilePath=?3, bookmarkData=?4 WHERE "
+            "pk=?5"
+            " AND (isTrashed<>?1 OR trashedAt IS NOT ?2 OR sourceFilePath IS NOT ?3"
+            " OR bookmarkData IS NOT ?4)")
+        .bind(note.isTrashed, note.trashedAt, note.sourceFilePath, note.bookmarkData, row)
         .run();
 }
 
