@@ -23,7 +23,7 @@ namespace {
 using namespace corvel;
 
 constexpr std::size_t kFirstRows = 50;
-constexpr int kRounds = 31;
+constexpr int kRounds = 15;
 
 struct FilterCase {
     std::string name;
@@ -66,9 +66,7 @@ public:
         const std::string listed = "isTrashed=0 AND isArchived=0";
         return {
             {"all", {SidebarFilter::Kind::allNotes, {}, {}}, listed},
-            {"unfiled",
-             {SidebarFilter::Kind::unfiled, {}, {}},
-             listed + " AND NOT EXISTS(SELECT 1 FROM noteFolder WHERE notePk=note.pk)"},
+            {"unfiled", {SidebarFilter::Kind::unfiled, {}, {}}, listed + " AND folderCount=0"},
             {"local",
              {SidebarFilter::Kind::localFiles, {}, {}},
              listed + " AND bookmarkData IS NOT NULL"},
