@@ -43,6 +43,7 @@ std::vector<std::filesystem::path> pathsIn(const Glib::ValueBase& dropped) {
 MainWindow::MainWindow(Session& session, Gtk::Application& application)
     : m_session(session)
     , m_window(adw::applicationWindow(application.gobj()))
+    , m_hold(GTK_WINDOW(g_object_ref(m_window.gobj())))
     , m_menus(session)
     , m_actions(session, application, m_window)
     , m_sidebar(*Gtk::make_managed<SidebarPane>(session, m_menus))
@@ -64,7 +65,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
 }
 
 MainWindow::~MainWindow() {
-    gtk_window_destroy(GTK_WINDOW(m_window.gobj()));
+    gtk_window_destroy(m_hold.get());
 }
 
 void MainWindow::restoreSize() {

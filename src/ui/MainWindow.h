@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Session.h"
+#include "platform/Handle.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandMenus.h"
 #include "ui/ImportFlow.h"
@@ -49,6 +50,7 @@ private:
 
     Session& m_session;
     Gtk::ApplicationWindow& m_window;
+    GObjectHandle<GtkWindow> m_hold;  // closing the window must not free it under its panes
     CommandMenus m_menus;
     CommandActions m_actions;
     Toasts m_toasts;

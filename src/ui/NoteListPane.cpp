@@ -47,7 +47,7 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
     , m_view(session)
     , m_menu(session,
              *this,
-             {.removing = [this](const auto& operation) { m_view.removing(operation); },
+             {.removing = [this](const auto& operation) { removing(operation); },
               .deletePermanently = [this] { askToDelete(); },
               .giveFocus = [this] { focusList(); }}) {
     add_css_class("corvel-list");
@@ -190,7 +190,12 @@ void NoteListPane::deleteSelected() {
         return;
     }
     const auto ids = m_view.selectedNotes();
-    if (!ids.empty()) m_view.removing([&] { m_session.list.moveToTrash(ids); });
+    if (!ids.empty()) removing([&] { m_session.list.moveToTrash(ids); });
+}
+
+void NoteListPane::removing(const std::function<void()>& operation) {
+    m_view.removing(operation);
+    if (m_session.list.size() == 0) focusList();
 }
 
 void NoteListPane::askToDelete() {
@@ -212,7 +217,7 @@ void NoteListPane::askToDelete() {
          {{"cancel", texts(texts::cancel)},
           {"delete", texts(texts::deletePermanently), DialogAnswer::Look::destructive}}},
         [this, ids = std::move(ids)](const std::string& answer) {
-            if (answer == "delete") m_view.removing([&] { m_session.list.deletePermanently(ids); });
+            if (answer == "delete") removing([&] { m_session.list.deletePermanently(ids); });
         });
 }
 

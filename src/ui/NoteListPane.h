@@ -46,6 +46,7 @@ private:
     bool searchKeyPressed(guint key);
     void openMenu(const Gdk::Rectangle& at);
     void deleteSelected();
+    void removing(const std::function<void()>& operation);
     void enterList();
     void leaveSearch();
     void searchStateChanged();

@@ -136,9 +136,11 @@ void NotePane::noteOpened() {
     m_isAtTop = m_isAtTop || id != m_shownID;
     m_shownID = id;
     m_header.setHasNote(note.has_value());
+    const bool hadFocus = m_editor.hasTextFocus();
     m_stack.set_visible_child(note ? kNotePage : kEmptyPage);
     if (!note) {
         m_editor.close();
+        if (hadFocus) m_create.grab_focus();
         return;
     }
     m_isFilling = true;

@@ -17,6 +17,8 @@ constexpr int kListUsual = 300;
 constexpr int kListLargest = 480;
 /// Below this width the window shows two panes.
 constexpr int kThreePanes = 900;
+/// What the lines between the panes take.
+constexpr int kHandles = 2;
 
 constexpr const char* kSidebarWidthKey = "sidebarWidth";
 constexpr const char* kListWidthKey = "listWidth";
@@ -53,9 +55,9 @@ PaneLayout::PaneLayout(UserDefaults& defaults,
     join(m_inner, list, note);
     join(m_outer, sidebar, m_inner);
     m_outer.property_position().signal_changed().connect(
-        [this] { limit(m_outer, m_sidebarWidth, kSidebarSmallest, kSidebarLargest); });
+        [this] { limit(m_outer, m_sidebarWidth, kSidebarSmallest, sidebarRoom(kSidebarLargest)); });
     m_inner.property_position().signal_changed().connect(
-        [this] { limit(m_inner, m_listWidth, kListSmallest, kListLargest); });
+        [this] { limit(m_inner, m_listWidth, kListSmallest, listRoom(kListLargest)); });
     arrange();
 }
 
@@ -65,7 +67,7 @@ void PaneLayout::relabel(const Localisation& texts) {
 }
 
 void PaneLayout::limit(Gtk::Paned& paned, int& width, int smallest, int largest) {
-    if (!paned.get_start_child()->get_visible()) return;
+    if (m_isArranging || !paned.get_start_child()->get_visible()) return;
     const int position = paned.get_position();
     const int wanted = std::clamp(position, smallest, largest);
     width = wanted;
@@ -90,6 +92,19 @@ int PaneLayout::noteWidth() const {
     int ignored = 0;
     m_note.measure(Gtk::Orientation::HORIZONTAL, -1, smallest, natural, ignored, ignored);
     return smallest;
+}
+
+// The note is never cut while sidebar and list can be narrower.
+int PaneLayout::sidebarRoom(int wanted) const {
+    if (m_available == 0) return wanted;
+    const int list = m_list.get_visible() ? kListSmallest : 0;
+    return std::clamp(m_available - list - noteWidth() - kHandles, kSidebarSmallest, wanted);
+}
+
+int PaneLayout::listRoom(int wanted) const {
+    if (m_available == 0) return wanted;
+    const int sidebar = m_sidebar.get_visible() ? sidebarRoom(m_sidebarWidth) : 0;
+    return std::clamp(m_available - sidebar - noteWidth() - kHandles, kListSmallest, wanted);
 }
 
 void PaneLayout::toggleSidebar() {
@@ -133,8 +148,8 @@ void PaneLayout::arrange() {
     const bool isNew = showsSidebar != m_sidebar.get_visible() || showsList != m_list.get_visible();
     m_sidebar.set_visible(showsSidebar);
     m_list.set_visible(showsList);
-    m_outer.set_position(m_sidebarWidth);
-    m_inner.set_position(m_listWidth);
+    m_outer.set_position(sidebarRoom(m_sidebarWidth));
+    m_inner.set_position(listRoom(m_listWidth));
     m_isArranging = false;
     if (isNew) m_changed.emit();
 }

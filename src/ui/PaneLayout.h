@@ -34,7 +34,9 @@ public:
 private:
     void arrange();
     int noteWidth() const;
-    static void limit(Gtk::Paned& paned, int& width, int smallest, int largest);
+    int sidebarRoom(int wanted) const;
+    int listRoom(int wanted) const;
+    void limit(Gtk::Paned& paned, int& width, int smallest, int largest);
 
     UserDefaults& m_defaults;
     Gtk::Widget& m_sidebar;

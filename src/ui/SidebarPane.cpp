@@ -294,7 +294,14 @@ void SidebarPane::showSelection() {
     m_isUpdating = false;
 }
 
+bool SidebarPane::hasFocus() {
+    auto* root = get_root();
+    auto* focus = root == nullptr ? nullptr : root->get_focus();
+    return focus != nullptr && focus->is_ancestor(m_rows);
+}
+
 void SidebarPane::reload() {
+    const bool hadFocus = hasFocus();
     m_isUpdating = true;
     m_model.update(m_session.sidebar, m_session.texts);
     m_isUpdating = false;
@@ -303,6 +310,7 @@ void SidebarPane::reload() {
                         !containsFolder(m_session.sidebar.folders, filter.folderID);
     if (isGone) m_session.state.sidebarFilter.set({});
     showSelection();
+    if (hadFocus && !hasFocus()) focusList();
 }
 
 void SidebarPane::rowExpanded(const std::string& key, bool isExpanded) {

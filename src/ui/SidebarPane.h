@@ -58,6 +58,7 @@ private:
     void selectionChanged();
     void showSelection();
     void reload();
+    bool hasFocus();
     void rowExpanded(const std::string& key, bool isExpanded);
     Gtk::Window& window();
 
