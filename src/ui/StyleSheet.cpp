@@ -43,7 +43,7 @@ constexpr std::string_view kRules = R"css(
 row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
 .note-name, .note-name:focus-within {
     background: none; border: none; box-shadow: none; outline: none; border-radius: 0;
-    padding: 0 32px 0 32px; min-height: 44px; font-size: 22px; font-weight: bold;
+    padding: 0 32px 0 32px; min-height: 44px; font-size: 150%; font-weight: bold;
 }
 .mode-switch { padding: 2px; border-radius: 8px; background-color: alpha(currentColor, 0.09); }
 .mode-switch > button, .mode-switch > button:hover {

@@ -10,6 +10,8 @@
 #include <gtkmm/textview.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -80,6 +82,11 @@ public:
             found.push_back(m_session.list.summaryAt(i)->title);
         }
         return found;
+    }
+
+    bool hasFocus(Gtk::Widget& pane) {
+        auto* focus = m_window->window().get_focus();
+        return focus != nullptr && focus->is_ancestor(pane);
     }
 
     void write(const std::string& text) {
@@ -176,6 +183,52 @@ TEST(MainWindow, LeavesANoteOpenThatAnEditTakesOffTheList) {
     run.session().library.notes.update(note);
     EXPECT_EQ(run.session().list.size(), 0U);
     EXPECT_EQ(state.selectedNoteID.get(), tagged);
+}
+
+TEST(MainWindow, ShowsImportedNotesWhateverWasShownBefore) {
+    const TemporaryFolder folder;
+    const auto files = folder.path() / "files";
+    std::filesystem::create_directories(files);
+    std::ofstream(files / "a.md") << "# Imported\n\n#tag";
+    std::ofstream(files / "b.md") << "# Another";
+    Program run(folder);
+    auto& state = run.session().state;
+    state.sidebarFilter.set({SidebarFilter::Kind::trash, {}, {}});
+    run.window().importPaths({files / "a.md", files / "b.md"});
+    EXPECT_TRUE(run.becomes([&] { return run.session().list.size() == 2; }));
+    EXPECT_EQ(state.sidebarFilter.get(), SidebarFilter{});
+    ASSERT_TRUE(state.selectedNote.get().has_value());
+    EXPECT_EQ(run.session().sidebar.tagTree.size(), 1U);
+}
+
+TEST(MainWindow, SearchesAgainAndComesBackToTheList) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Needle");
+    run.write("# Straw");
+    auto& state = run.session().state;
+    auto& list = run.window().list();
+    for (int again = 0; again < 2; ++again) {
+        run.window().note().focusEditor();
+        ASSERT_FALSE(run.hasFocus(list));
+        run.activate("win.find-in-all-notes");
+        EXPECT_TRUE(run.hasFocus(list)) << "also while the search is on";
+    }
+    state.searchQuery.set("need");
+    ASSERT_TRUE(run.becomes([&] { return run.session().list.size() == 1; }));
+    list.view().enter();
+    EXPECT_TRUE(state.selectedNote.get().has_value());
+    EXPECT_EQ(run.titles(), Titles{"Needle"});
+}
+
+TEST(MainWindow, OutlivesItsClosedWindow) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Kept");
+    run.type(" text");
+    run.window().window().close();
+    EXPECT_TRUE(run.becomes([&] { return !run.window().window().get_mapped(); }));
+    EXPECT_EQ(run.session().editor.saveState().kind, SaveState::Kind::saved);
 }
 
 TEST(MainWindow, RelabelsEverythingWhenTheLanguageChanges) {
