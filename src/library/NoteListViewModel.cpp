@@ -20,6 +20,18 @@ void logFailure(const char* failure, const StoreError& error) {
     logLine(std::string(failure) + " " + error.what());
 }
 
+std::optional<std::size_t> takeOut(std::vector<RowId>& rows, RowId row) {
+    const auto found = std::find(rows.begin(), rows.end(), row);
+    if (found == rows.end()) return std::nullopt;
+    const auto position = static_cast<std::size_t>(found - rows.begin());
+    rows.erase(found);
+    return position;
+}
+
+void putIn(std::vector<RowId>& rows, std::size_t position, RowId row) {
+    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(position), row);
+}
+
 }  // namespace
 
 NoteListViewModel::NoteListViewModel(Library& library, NotificationCenter& notifications)
@@ -56,7 +68,12 @@ void NoteListViewModel::setSearchQuery(const std::string& query) {
 void NoteListViewModel::replace() {
     const std::size_t before = m_rows.size();
     try {
-        m_rows = readRows();
+        auto rows = readRows();
+        keepAllNotes();
+        m_rows = std::move(rows);
+        m_rowsFilter = m_filter;
+        m_rowsSort = m_sort;
+        m_areHits = isSearching();
     } catch (const StoreError& error) {
         logFailure(isSearching() ? "Error searching:" : "Error loading notes:", error);
         return;
@@ -65,7 +82,13 @@ void NoteListViewModel::replace() {
     m_replaced.emit();
 }
 
+void NoteListViewModel::keepAllNotes() {
+    if (m_areHits || m_rowsFilter.kind != SidebarFilter::Kind::allNotes || m_rows.empty()) return;
+    m_allNotes = KeptList{m_rowsSort, std::move(m_rows)};
+}
+
 void NoteListViewModel::reload() {
+    m_allNotes.reset();
     try {
         show(readRows());
     } catch (const StoreError& error) {
@@ -77,7 +100,9 @@ std::vector<RowId> NoteListViewModel::readRows() {
     if (isSearching()) return searchHits();
     m_sweep.reset();
     m_searchWork.disconnect();
-    return m_library.listing.rows(m_filter, m_sort);
+    const bool isKept =
+        m_allNotes && m_allNotes->sort == m_sort && m_filter.kind == SidebarFilter::Kind::allNotes;
+    return isKept ? m_allNotes->rows : m_library.listing.rows(m_filter, m_sort);
 }
 
 std::vector<RowId> NoteListViewModel::searchHits() {
@@ -151,6 +176,11 @@ void NoteListViewModel::showDraft(const Uuid& id, const std::string& title) {
 void NoteListViewModel::noteChanged(const NoteChange& change) {
     if (change.note != nullptr && m_draft && m_draft->id == change.id) m_draft.reset();
     if (m_isBatch) return;
+    try {
+        patchKept(change.row);
+    } catch (const StoreError&) {
+        m_allNotes.reset();
+    }
     if (isSearching()) {
         reload();
         return;
@@ -163,16 +193,29 @@ void NoteListViewModel::noteChanged(const NoteChange& change) {
 }
 
 void NoteListViewModel::patch(RowId row) {
-    const auto found = std::find(m_rows.begin(), m_rows.end(), row);
-    const auto before = static_cast<std::size_t>(found - m_rows.begin());
-    const bool wasListed = found != m_rows.end();
-    const bool isListed = m_library.listing.contains(m_filter, row);
-    if (wasListed) m_rows.erase(found);
-    const std::size_t after = isListed ? m_library.listing.positionFor(m_rows, row, m_sort) : 0;
-    if (wasListed && (!isListed || after != before)) m_spliced.emit({before, 1, 0});
-    if (isListed) m_rows.insert(m_rows.begin() + static_cast<std::ptrdiff_t>(after), row);
-    if (isListed && (!wasListed || after != before)) m_spliced.emit({after, 0, 1});
+    const auto before = takeOut(m_rows, row);
+    const auto after = placeIn(m_rows, m_filter, m_sort, row);
+    const bool staysInPlace = before && before == after;
+    if (before && !staysInPlace) m_spliced.emit({*before, 1, 0});
+    if (after) putIn(m_rows, *after, row);
+    if (after && !staysInPlace) m_spliced.emit({*after, 0, 1});
     m_rowsChanged.emit();
+}
+
+void NoteListViewModel::patchKept(RowId row) {
+    if (!m_allNotes) return;
+    auto& rows = m_allNotes->rows;
+    takeOut(rows, row);
+    if (const auto place = placeIn(rows, {}, m_allNotes->sort, row)) putIn(rows, *place, row);
+}
+
+// Where a note that is not in `rows` belongs; none when the filter does not list it.
+std::optional<std::size_t> NoteListViewModel::placeIn(const std::vector<RowId>& rows,
+                                                      const SidebarFilter& filter,
+                                                      SortOption sort,
+                                                      RowId row) const {
+    if (!m_library.listing.contains(filter, row)) return std::nullopt;
+    return m_library.listing.positionFor(rows, row, sort);
 }
 
 std::optional<NoteSummary> NoteListViewModel::summaryAt(std::size_t position) const {

@@ -86,7 +86,20 @@ public:
 private:
     static constexpr std::size_t kHitsAtOnce = 200;
 
+    /// The list of all notes while another is shown: by far the longest to read, kept in step
+    /// instead.
+    struct KeptList {
+        SortOption sort;
+        std::vector<RowId> rows;
+    };
+
     void replace();
+    void keepAllNotes();
+    std::optional<std::size_t> placeIn(const std::vector<RowId>& rows,
+                                       const SidebarFilter& filter,
+                                       SortOption sort,
+                                       RowId row) const;
+    void patchKept(RowId row);
     std::vector<RowId> readRows();
     std::vector<RowId> searchHits();
     void continueSearch();
@@ -110,6 +123,10 @@ private:
     std::size_t m_wantedHits = kHitsAtOnce;
     ScopedConnection m_searchWork;
     std::vector<RowId> m_rows;
+    SidebarFilter m_rowsFilter;  // what m_rows are, when they are no search's hits
+    SortOption m_rowsSort = SortOption::modifiedDate;
+    bool m_areHits = false;
+    std::optional<KeptList> m_allNotes;
     struct Draft {
         Uuid id;
         std::string title;
