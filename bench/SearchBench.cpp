@@ -4,6 +4,7 @@
 #include "library/SearchIndex.h"
 #include "model/Schema.h"
 #include "model/ViewContext.h"
+#include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
 
 #include <algorithm>
@@ -117,7 +118,9 @@ private:
         return count;
     }
 
-    Database m_database;
+    // In a file, as a library is; it is small enough for the system to keep it in memory.
+    BenchFolder m_folder;
+    Database m_database{m_folder.path() / "notes.sqlite"};
     ViewContext m_context;
     SearchIndex m_index;
     std::string m_all;
