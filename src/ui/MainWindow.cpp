@@ -147,6 +147,7 @@ void MainWindow::showSidebarButton() {
     const bool isHidden = !m_layout.isSidebarShown();
     m_list.sidebarButton().set_visible(isHidden);
     m_list.headerBar().setWindowControls(isHidden, false);
+    m_note.setListHidden(isHidden && !m_list.get_visible());
 }
 
 void MainWindow::importPaths(const std::vector<std::filesystem::path>& paths) {

@@ -32,6 +32,10 @@ std::string withShortcut(const std::string& name, CommandID id) {
 NoteHeader::NoteHeader(Session& session) : m_session(session) {
     m_bar.setTitle(*Gtk::make_managed<Gtk::Box>());
     m_bar.setWindowControls(false, true);
+    m_sidebar.set_icon_name("sidebar-show-symbolic");
+    m_sidebar.set_action_name(windowAction(CommandID::toggleSidebar));
+    m_sidebar.set_visible(false);
+    m_bar.packStart(m_sidebar);
     addModes();
     addButtons();
     relabel();
@@ -88,6 +92,7 @@ void NoteHeader::relabel() {
     labelControl(m_export, exportName, withShortcut(exportName, CommandID::exportNote));
     labelControl(m_assistant, assistantName, withShortcut(assistantName, CommandID::assistant));
     labelControl(m_menu, say(texts::noteMenu));
+    labelControl(m_sidebar, say(texts::showSidebar));
     m_menu.set_menu_model(noteMenu());
 }
 

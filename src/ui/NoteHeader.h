@@ -23,6 +23,8 @@ public:
     /// The mode shown is the state's.
     void followMode();
     void setHasNote(bool hasNote);
+    /// Without the list its button for the sidebar is gone too: this bar takes it over.
+    void setListHidden(bool isHidden) { m_sidebar.set_visible(isHidden); }
 
 private:
     void addModes();
@@ -31,6 +33,7 @@ private:
 
     Session& m_session;
     adw::HeaderBar m_bar;
+    Gtk::Button m_sidebar;
     Gtk::Box m_switch;
     std::array<Gtk::ToggleButton, 3> m_modes;
     Gtk::Button m_export;

@@ -26,6 +26,7 @@ public:
     explicit NotePane(Session& session);  // must outlive the pane
     ~NotePane() override;
 
+    void setListHidden(bool isHidden) { m_header.setListHidden(isHidden); }
     void focusEditor();
     void focusTitle();
     bool hasUnsavedText() const { return m_session.editor.isEdited(); }

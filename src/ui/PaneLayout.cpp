@@ -17,6 +17,8 @@ constexpr int kListUsual = 300;
 constexpr int kListLargest = 480;
 /// Below this width the window shows two panes.
 constexpr int kThreePanes = 900;
+/// Without the sidebar the list's header bar has one button more.
+constexpr int kListAlone = 252;
 /// What the lines between the panes take.
 constexpr int kHandles = 2;
 
@@ -104,7 +106,8 @@ int PaneLayout::sidebarRoom(int wanted) const {
 int PaneLayout::listRoom(int wanted) const {
     if (m_available == 0) return wanted;
     const int sidebar = m_sidebar.get_visible() ? sidebarRoom(m_sidebarWidth) : 0;
-    return std::clamp(m_available - sidebar - noteWidth() - kHandles, kListSmallest, wanted);
+    const int smallest = m_sidebar.get_visible() ? kListSmallest : kListAlone;
+    return std::max(smallest, std::min(wanted, m_available - sidebar - noteWidth() - kHandles));
 }
 
 void PaneLayout::toggleSidebar() {
@@ -140,7 +143,7 @@ void PaneLayout::arrange() {
     const bool fitsAll =
         m_available == 0 ||
         (m_available >= kThreePanes && m_available >= kSidebarSmallest + kListSmallest + note);
-    const bool fitsTwo = m_available == 0 || m_available >= kListSmallest + note;
+    const bool fitsTwo = m_available == 0 || m_available >= kListAlone + note + kHandles;
     if (fitsAll) m_isSidebarOver = false;
     if (fitsTwo) m_isListOver = false;
     const bool showsSidebar = m_isSidebarOver || (fitsAll && m_wantsSidebar);
