@@ -81,7 +81,7 @@ public:
 
 private:
     std::filesystem::path freshFolder() {
-        const auto folder = m_folder.path() / ("run" + std::to_string(m_runs++));
+        auto folder = m_folder.path() / ("run" + std::to_string(m_runs++));
         std::filesystem::create_directories(folder);
         return folder;
     }

@@ -3,6 +3,7 @@
 #include "app/Texts.h"
 #include "ui/Accessible.h"
 
+#include <giomm/themedicon.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/image.h>
 #include <gtkmm/scrolledwindow.h>
@@ -49,7 +50,7 @@ std::string FolderPicker::pathOf(const Folder& folder, const std::vector<Folder>
     for (int depth = 0; parentID && depth < kMostDepth; ++depth) {
         const auto parent = std::ranges::find(all, *parentID, &Folder::id);
         if (parent == all.end()) break;
-        path = parent->name + " / " + path;
+        path.insert(0, parent->name + " / ");
         parentID = parent->parentID;
     }
     return path;

@@ -7,6 +7,7 @@
 #include "ui/Dialogs.h"
 #include "ui/ImportReportView.h"
 
+#include <glibmm/convert.h>
 #include <glibmm/main.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/filefilter.h>

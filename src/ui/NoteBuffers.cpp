@@ -42,11 +42,11 @@ Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::bufferFor(const Uuid& id, const std::
     const auto known = std::ranges::find(m_entries, id, &Entry::id);
     if (known != m_entries.end()) {
         m_entries.splice(m_entries.begin(), m_entries, known);
-        const auto buffer = m_entries.front().buffer;
+        auto buffer = m_entries.front().buffer;
         if (textOf(*buffer) != content) load(*buffer, content);
         return buffer;
     }
-    const auto buffer = emptyBuffer();
+    auto buffer = emptyBuffer();
     load(*buffer, content);
     m_entries.push_front({id, buffer});
     trim();

@@ -5,6 +5,7 @@
 #include "ui/NoteDrag.h"
 #include "ui/RelativeDate.h"
 
+#include <glibmm/main.h>
 #include <gtkmm/dragsource.h>
 #include <gtkmm/widgetpaintable.h>
 

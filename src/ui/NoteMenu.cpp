@@ -35,8 +35,8 @@ void NoteMenu::popup(std::vector<Uuid> noteIDs, Gtk::Widget& origin, const Gdk::
 void NoteMenu::addItem(Gio::Menu& menu,
                        const char* name,
                        const Text& label,
-                       std::function<void()> run) {
-    m_actions->add_action(name, std::move(run));
+                       const std::function<void()>& run) {
+    m_actions->add_action(name, run);
     menu.append(m_session.texts(label), std::string("note.") + name);
 }
 

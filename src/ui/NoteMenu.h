@@ -30,7 +30,10 @@ public:
 private:
     using Operation = void (NoteListViewModel::*)(const std::vector<Uuid>&);
 
-    void addItem(Gio::Menu& menu, const char* name, const Text& label, std::function<void()> run);
+    void addItem(Gio::Menu& menu,
+                 const char* name,
+                 const Text& label,
+                 const std::function<void()>& run);
     void addOperation(Gio::Menu& menu, const char* name, const Text& label, Operation operation);
     void addForLiving(Gio::Menu& menu);
     void addForTrashed(Gio::Menu& menu);

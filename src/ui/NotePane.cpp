@@ -96,8 +96,8 @@ void NotePane::follow() {
     m_title.signal_changed().connect([this] { titleChanged(); });
     followTitleKeys();
 
-    const auto keep = [this](sigc::connection connection) {
-        m_connections.emplace_back(std::move(connection));
+    const auto keep = [this](const sigc::connection& connection) {
+        m_connections.emplace_back(connection);
     };
     keep(editor.signalOpened().connect([this] { noteOpened(); }));
     keep(editor.signalRender().connect([this](const std::string& text) { render(text); }));

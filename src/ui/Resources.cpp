@@ -4,7 +4,8 @@
 #include <gtkmm/icontheme.h>
 #include <gtkmm/stylecontext.h>
 
-void corvel_register_resource();  // generated from corvel.gresource.xml
+// Generated from corvel.gresource.xml.
+void corvel_register_resource();  // NOLINT(readability-identifier-naming)
 
 namespace corvel {
 

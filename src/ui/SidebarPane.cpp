@@ -243,8 +243,8 @@ void SidebarPane::openMenu(const SidebarItem* item, Gtk::Widget& origin, const G
     const auto& texts = m_session.texts;
     const auto menu = Gio::Menu::create();
     const auto actions = Gio::SimpleActionGroup::create();
-    const auto add = [&](const char* name, const Text& label, std::function<void()> run) {
-        actions->add_action(name, std::move(run));
+    const auto add = [&](const char* name, const Text& label, const std::function<void()>& run) {
+        actions->add_action(name, run);
         menu->append(texts(label), std::string("sidebar.") + name);
     };
     if (isFolder(item)) {

@@ -29,7 +29,7 @@ protected:
         MarkdownImporter importer(*library);
         ImportReport result;
         int answers = 0;
-        importer.start(paths, std::move(options), {}, [&](const ImportReport& report) {
+        importer.start(paths, options, {}, [&](const ImportReport& report) {
             result = report;
             ++answers;
         });

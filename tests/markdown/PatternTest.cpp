@@ -136,7 +136,7 @@ TEST(Patterns, ImagePassesReplaceAsTheirExpressions) {
 }
 
 // The plain way: every match of the tag, last to first, by search and insertion.
-UnicodeString styledPlainly(UnicodeString text,
+UnicodeString styledPlainly(const UnicodeString& text,
                             const std::string& tag,
                             const UnicodeString& style) {
     const UnicodeString attribute = UnicodeString("style=\"") + style + "\"";

@@ -19,7 +19,7 @@ TemporaryFolder::~TemporaryFolder() {
 
 std::filesystem::path TemporaryFolder::write(const std::filesystem::path& name,
                                              const std::string& bytes) const {
-    const auto file = m_path / name;
+    auto file = m_path / name;
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary) << bytes;
     return file;
