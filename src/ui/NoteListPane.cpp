@@ -76,7 +76,7 @@ void NoteListPane::buildHeader() {
     m_subtitle.add_css_class("dim-label");
     auto* names = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     names->set_valign(Gtk::Align::CENTER);
-    names->set_margin_start(kMargin / 2);
+    names->set_margin_start(kMargin / 4);
     names->append(m_title);
     names->append(m_subtitle);
     m_sidebarButton.set_icon_name("sidebar-show-symbolic");

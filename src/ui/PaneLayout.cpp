@@ -18,7 +18,7 @@ constexpr int kListLargest = 480;
 /// Below this width the window shows two panes.
 constexpr int kThreePanes = 900;
 /// Without the sidebar the list's header bar has one button more.
-constexpr int kListAlone = 252;
+constexpr int kListAlone = 258;
 /// What the lines between the panes take.
 constexpr int kHandles = 2;
 

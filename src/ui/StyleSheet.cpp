@@ -47,7 +47,7 @@ row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
 }
 .mode-switch { padding: 2px; border-radius: 8px; background-color: alpha(currentColor, 0.09); }
 .mode-switch > button, .mode-switch > button:hover {
-    margin: 0; padding: 2px 6px; min-height: 22px; border: none; border-radius: 6px; font-weight: normal;
+    margin: 0; padding: 2px 5px; min-height: 22px; border: none; border-radius: 6px; font-weight: normal;
     background: none; box-shadow: none;
 }
 .mode-switch > button:checked {
