@@ -99,7 +99,11 @@ void Session::start() {
     list.reload();
     sidebar.reload();
     const auto last = Uuid::parse(store.string(kLastNote).value_or(""));
-    if (last && list.positionOf(*last)) state.selectedNoteID.set(*last);
+    if (last && list.positionOf(*last)) {
+        state.selectedNoteID.set(*last);
+    } else if (const auto first = list.summaryAt(0)) {
+        state.selectedNoteID.set(first->id);
+    }
 }
 
 void Session::forgetMissingFolder() {

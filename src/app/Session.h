@@ -38,7 +38,8 @@ public:
     MarkdownParserService parser;
     MarkdownImporter importer;
 
-    /// Filter, order, mode and note of the last run; then the first load of list and sidebar.
+    /// Filter, order, mode and note of the last run, or the first note; with the first load of list
+    /// and sidebar.
     void start();
     /// Saves the open note and remembers what `start` brings back. False when the store refused the
     /// save: the caller then asks before anything is closed.

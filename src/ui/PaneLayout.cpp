@@ -85,6 +85,12 @@ void PaneLayout::remember() {
 void PaneLayout::setAvailableWidth(int width) {
     if (width == m_available || width <= 0) return;
     m_available = width;
+    // Here the header bars have no pixel to spare; the style sheet tightens them.
+    if (width < kThreePanes) {
+        m_outer.add_css_class("narrow");
+    } else {
+        m_outer.remove_css_class("narrow");
+    }
     arrange();
 }
 

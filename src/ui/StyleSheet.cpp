@@ -47,9 +47,10 @@ row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
 }
 .mode-switch { padding: 2px; border-radius: 8px; background-color: alpha(currentColor, 0.09); }
 .mode-switch > button, .mode-switch > button:hover {
-    margin: 0; padding: 2px 5px; min-height: 22px; border: none; border-radius: 6px; font-weight: normal;
+    margin: 0; padding: 2px 12px; min-height: 22px; border: none; border-radius: 6px; font-weight: normal;
     background: none; box-shadow: none;
 }
+.narrow .mode-switch > button, .narrow .mode-switch > button:hover { padding: 2px 5px; }
 .mode-switch > button:checked {
     font-weight: bold; background-color: @corvel_raised; box-shadow: 0 1px 2px alpha(black, 0.2);
 }
