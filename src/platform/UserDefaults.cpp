@@ -1,5 +1,7 @@
 #include "platform/UserDefaults.h"
 
+#include "platform/Handle.h"
+
 #include <glibmm/error.h>
 #include <glibmm/fileutils.h>
 
@@ -33,12 +35,12 @@ UserDefaults::UserDefaults(std::filesystem::path file)
     }
 }
 
+// Asked for at every text that is shown: an absent key must not cost an exception.
 std::optional<std::string> UserDefaults::string(const std::string& key) const {
-    try {
-        return m_keys->get_string(kGroup, key).raw();
-    } catch (const Glib::Error&) {
-        return std::nullopt;
-    }
+    const Handle<char, g_free> value(
+        g_key_file_get_string(m_keys->gobj(), kGroup, key.c_str(), nullptr));
+    if (!value) return std::nullopt;
+    return std::string(value.get());
 }
 
 std::optional<double> UserDefaults::real(const std::string& key) const {
