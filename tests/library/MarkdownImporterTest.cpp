@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <ctime>
 #include <fstream>
 
 namespace corvel {
@@ -94,9 +95,11 @@ TEST(MarkdownImages, StaysLinearForHostileText) {
         for (int i = 0; i < 20'000; ++i)
             text += part;
     }
-    const auto start = std::chrono::steady_clock::now();
+    // Time of this process alone, so that other work on the machine does not count; what is not
+    // linear takes minutes.
+    const auto start = std::clock();
     pathsIn(text);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
 }
 
 TEST_F(MarkdownImporterTest, TakesWholeFoldersWithDatesAndFolders) {
