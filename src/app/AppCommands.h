@@ -25,10 +25,18 @@ enum class CommandID {
     link,
     codeBlock,
     taskList,
+    insertImage,
+    find,
+    replace,
+    findNext,
+    findPrevious,
     findInAllNotes,
+    commandPalette,
+    goToNote,
     toggleSplitView,
     togglePreview,
     readerMode,
+    previewFile,
     assistant,
     toggleSidebar,
     nextPane,
@@ -37,6 +45,7 @@ enum class CommandID {
     toggleArchive,
     moveToTrash,
     switchLanguage,
+    themes,
     preferences,
     shortcuts,
     markdownGuide,
@@ -46,7 +55,7 @@ enum class CommandID {
 };
 
 /// The menu that shows a command.
-enum class CommandGroup { file, format, view, note, help, application };
+enum class CommandGroup { file, edit, format, view, note, help, application };
 
 /// One row of the command table: menus, tooltips, the shortcuts window and the window's actions are
 /// made from these.

@@ -123,6 +123,7 @@ inline constexpr Text keyboardShortcuts{"Skróty klawiszowe", "Keyboard Shortcut
 
 // Menus and groups of commands.
 inline constexpr Text groupFile{"Plik", "File"};
+inline constexpr Text groupEdit{"Edycja", "Edit"};
 inline constexpr Text groupFormat{"Formatowanie", "Format"};
 inline constexpr Text groupView{"Widok", "View"};
 inline constexpr Text groupNote{"Notatka", "Note"};

@@ -66,6 +66,7 @@ void CommandMenus::fillPrimary() {
     m_primary = Gio::Menu::create();
     const auto groups = Gio::Menu::create();
     groups->append_submenu(texts(texts::groupFile), groupMenu(CommandGroup::file));
+    groups->append_submenu(texts(texts::groupEdit), groupMenu(CommandGroup::edit));
     groups->append_submenu(texts(texts::groupFormat), groupMenu(CommandGroup::format));
     groups->append_submenu(texts(texts::groupView), groupMenu(CommandGroup::view));
     groups->append_submenu(texts(texts::groupNote), groupMenu(CommandGroup::note));

@@ -18,6 +18,7 @@ struct GroupTitle {
     Text title;
 };
 constexpr std::array kGroups{GroupTitle{CommandGroup::file, texts::groupFile},
+                             GroupTitle{CommandGroup::edit, texts::groupEdit},
                              GroupTitle{CommandGroup::format, texts::groupFormat},
                              GroupTitle{CommandGroup::view, texts::groupView},
                              GroupTitle{CommandGroup::note, texts::groupNote},
