@@ -8,6 +8,10 @@ std::filesystem::path applicationSupport() {
     return std::filesystem::path(Glib::get_user_data_dir()) / "qno Corvel";
 }
 
+std::filesystem::path themes() {
+    return applicationSupport() / "Themes";
+}
+
 std::filesystem::path preferencesFile() {
     return std::filesystem::path(Glib::get_user_config_dir()) / "qno-corvel" / "preferences.ini";
 }

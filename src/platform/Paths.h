@@ -10,6 +10,9 @@ namespace paths {
 /// "qno Corvel" under the XDG data home: the store and what lies beside it.
 std::filesystem::path applicationSupport();
 
+/// The folder of the user's theme files.
+std::filesystem::path themes();
+
 /// The preference file under the XDG config home.
 std::filesystem::path preferencesFile();
 
