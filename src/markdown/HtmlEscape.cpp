@@ -1,5 +1,7 @@
 #include "markdown/HtmlEscape.h"
 
+#include <glib.h>
+
 #include <array>
 
 namespace corvel {
@@ -37,6 +39,21 @@ void appendEscaped(std::string& output, std::string_view text) {
         copied = i + 1;
     }
     output.append(text, copied);
+}
+
+std::string styleText(std::string_view css) {
+    constexpr std::string_view kEnd = "</style";
+    constexpr std::string_view kReplacement = "\xef\xbf\xbd";  // U+FFFD, as CSS itself reads a NUL
+    std::string text;
+    text.reserve(css.size());
+    for (std::size_t i = 0; i < css.size(); ++i) {
+        const auto rest = css.substr(i, kEnd.size());
+        const bool isEnd = rest.size() == kEnd.size() &&
+                           g_ascii_strncasecmp(rest.data(), kEnd.data(), kEnd.size()) == 0;
+        text += css[i] == '\0' ? kReplacement : css.substr(i, 1);
+        if (isEnd) text += '\\';
+    }
+    return text;
 }
 
 }  // namespace corvel

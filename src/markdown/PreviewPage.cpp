@@ -1,5 +1,6 @@
 #include "markdown/PreviewPage.h"
 
+#include "markdown/HtmlEscape.h"
 #include "platform/Handle.h"
 
 #include <glib.h>
@@ -63,9 +64,11 @@ constexpr std::string_view kEnd = R"html(</script>
 }  // namespace
 
 std::string PreviewPage::html(std::string_view stylesheet, std::string_view body) {
+    const std::string style = styleText(stylesheet);
     std::string page;
-    page.reserve(4096 + stylesheet.size() + body.size());
-    for (const auto piece : {kHead, stylesheet, kAfterStyle, body, kBeforeScript, kScript, kEnd}) {
+    page.reserve(4096 + style.size() + body.size());
+    for (const std::string_view piece :
+         {kHead, std::string_view(style), kAfterStyle, body, kBeforeScript, kScript, kEnd}) {
         page += piece;
     }
     return page;

@@ -8,7 +8,7 @@ namespace corvel {
 /// The page that shows a rendered note, and the scripts that are run in it.
 class PreviewPage {
 public:
-    /// The complete page.
+    /// The complete page. Nothing in `stylesheet` gets out of its style element.
     static std::string html(std::string_view stylesheet, std::string_view body);
     /// "sha256-…" of the page's script: what a content security policy names to let it run.
     static std::string scriptHash();

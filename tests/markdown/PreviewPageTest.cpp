@@ -16,6 +16,16 @@ TEST(PreviewPage, IsTheRecordedTemplateWithTheStylesheetAndTheBody) {
     EXPECT_EQ(PreviewPage::scriptHash(), "sha256-PpTn5sgoJZ9vPATrCgnMc19Mq00VzsGudi4rBBoyntg=");
 }
 
+TEST(PreviewPage, KeepsAHostileStylesheetInItsElement) {
+    const std::string hostile("a{}</StYlE ><script>x</script></style\0</st\0yle>b", 48);
+    const std::string page = PreviewPage::html(hostile, {});
+    EXPECT_NE(
+        page.find("<style>a{}<\\/StYlE ><script>x</script><\\/style\uFFFD</st\uFFFDyle>b</style>"),
+        std::string::npos)
+        << page;
+    EXPECT_NE(PreviewPage::html("a</styl", {}).find("<style>a</styl</style>"), std::string::npos);
+}
+
 TEST(PreviewPage, EscapesWhatATemplateLiteralWouldInterpret) {
     EXPECT_EQ(PreviewPage::updateScript("a`b\\c${d}$e$"), "updateContent(`a\\`b\\\\c\\${d}$e$`);");
     EXPECT_EQ(PreviewPage::updateScript("\\${"), "updateContent(`\\\\\\${`);");
