@@ -2,6 +2,7 @@
 
 #include "platform/Log.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -12,7 +13,7 @@ namespace corvel {
 
 namespace {
 
-constexpr std::size_t kUsualLength = 1795;
+constexpr std::size_t kUsualLength = 1795;  // bytes
 constexpr double kTwoTo63 = 9223372036854775808.0;
 
 std::string wholePixels(double size) {
@@ -40,8 +41,6 @@ std::string generateCSS(const Theme& theme) {
     const std::string fontSize = wholePixels(type.baseFontSize);
     const std::string lineHeight = decimal(type.lineHeight);
 
-    std::string css;
-    css.reserve(kUsualLength);
     const std::initializer_list<std::string_view> pieces{
         // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): one line of CSS a literal
         ":root {\n"
@@ -186,6 +185,12 @@ std::string generateCSS(const Theme& theme) {
         colors.selection,
         ";\n"
         "}"};
+    std::size_t length = 0;
+    for (const std::string_view piece : pieces)
+        length += piece.size();
+
+    std::string css;
+    css.reserve(std::max(kUsualLength, length));
     for (const std::string_view piece : pieces)
         css += piece;
     return css;
