@@ -28,9 +28,11 @@ std::optional<MarkdownParserService::AttachmentData> attachmentData(
 
 Session::Session(PersistenceController& controller,
                  UserDefaults& defaults,
+                 ThemeManager& themesOfRun,
                  AppCommands::WindowOpener openWindow)
     : preferences(defaults)
     , texts(preferences)
+    , themes(themesOfRun)
     , library(controller)
     , list(library, notifications)
     , sidebar(library, texts, notifications)

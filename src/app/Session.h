@@ -12,6 +12,7 @@
 #include "markdown/MarkdownParserService.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
+#include "themes/ThemeManager.h"
 
 #include <vector>
 
@@ -21,13 +22,15 @@ namespace corvel {
 /// the editor, the list's news drive the state. Free of widgets.
 class Session {
 public:
-    /// `controller` and `defaults` must outlive the session.
+    /// `controller`, `defaults` and `themesOfRun` must outlive the session.
     Session(PersistenceController& controller,
             UserDefaults& defaults,
+            ThemeManager& themesOfRun,
             AppCommands::WindowOpener openWindow);
 
     Preferences preferences;
     Localisation texts;
+    ThemeManager& themes;
     NotificationCenter notifications;
     AppState state;
     Library library;

@@ -3,6 +3,7 @@
 #include "platform/Log.h"
 #include "platform/MainThread.h"
 #include "platform/Paths.h"
+#include "platform/gtk/SystemAppearance.h"
 #include "ui/FatalWindow.h"
 #include "ui/FirstFrame.h"
 #include "ui/Resources.h"
@@ -45,10 +46,11 @@ void Application::on_activate() {
 void Application::openWindow() {
     auto& store = PersistenceController::shared();
     m_defaults = std::make_unique<UserDefaults>(paths::preferencesFile());
-    m_session = std::make_unique<Session>(store, *m_defaults, [this](CommandID command) {
+    m_themes = std::make_unique<ThemeManager>(*m_defaults, paths::themes(), isSystemDark);
+    m_session = std::make_unique<Session>(store, *m_defaults, *m_themes, [this](CommandID command) {
         if (m_window) m_window->perform(command);
     });
-    m_style = std::make_unique<StyleSheet>(m_session->preferences);
+    m_style = std::make_unique<StyleSheet>(m_session->preferences, *m_themes);
     m_window = std::make_unique<MainWindow>(*m_session, *this);
     m_session->start();
     reportFirstFrame(m_window->window());
@@ -86,6 +88,7 @@ void Application::on_shutdown() {
     m_window.reset();
     m_style.reset();
     m_session.reset();
+    m_themes.reset();
     Gtk::Application::on_shutdown();
 }
 

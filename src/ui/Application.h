@@ -32,6 +32,7 @@ private:
     void endOnSignals();
 
     std::unique_ptr<UserDefaults> m_defaults;
+    std::unique_ptr<ThemeManager> m_themes;
     std::unique_ptr<Session> m_session;
     std::unique_ptr<StyleSheet> m_style;
     std::unique_ptr<MainWindow> m_window;

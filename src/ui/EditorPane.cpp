@@ -56,12 +56,12 @@ Gtk::TextView* makeView() {
 
 }  // namespace
 
-EditorPane::EditorPane(const Preferences& preferences)
-    : m_preferences(preferences), m_view(makeView()) {
+EditorPane::EditorPane(const Preferences& preferences, ThemeManager& themes)
+    : m_preferences(preferences), m_themes(themes), m_view(makeView()) {
     set_child(*m_view);
     set_policy(Gtk::PolicyType::AUTOMATIC, Gtk::PolicyType::AUTOMATIC);
     set_expand(true);
-    m_themeChanged = m_theme.signalChanged().connect([this] { applyColors(); });
+    m_themeChanged = themes.signalCurrentChanged().connect([this] { applyColors(); });
     m_preferenceChanged = preferences.signalChanged().connect([this](const std::string& key) {
         if (key == "editorFontSize" || key == "editorLineSpacing") applySpacing();
     });
@@ -112,7 +112,7 @@ void EditorPane::applySize() {
 
 void EditorPane::applyColors() {
     if (!m_buffer) return;
-    if (auto* scheme = sourcestyle::scheme(m_theme.theme())) {
+    if (auto* scheme = sourcestyle::scheme(m_themes.currentTheme())) {
         gtk_source_buffer_set_style_scheme(sourceBuffer(m_buffer), scheme);
     }
 }

@@ -2,8 +2,8 @@
 
 #include "app/settings/Preferences.h"
 #include "platform/ScopedConnection.h"
+#include "themes/ThemeManager.h"
 #include "ui/NoteBuffers.h"
-#include "ui/SystemTheme.h"
 
 #include <gtkmm/scrolledwindow.h>
 #include <gtkmm/textview.h>
@@ -17,7 +17,7 @@ namespace corvel {
 /// The text of the open note: a source view with Markdown in colours and one undo stack a note.
 class EditorPane : public Gtk::ScrolledWindow {
 public:
-    explicit EditorPane(const Preferences& preferences);
+    EditorPane(const Preferences& preferences, ThemeManager& themes);
 
     /// Shows note `id`; its text is repaired where a buffer cannot hold it. The same note again
     /// keeps cursor and undo when its text is the same.
@@ -44,7 +44,7 @@ private:
     void applySize();
 
     const Preferences& m_preferences;
-    SystemTheme m_theme;
+    const ThemeManager& m_themes;
     NoteBuffers m_buffers;
     Gtk::TextView* m_view;
     Glib::RefPtr<Gtk::TextBuffer> m_buffer;

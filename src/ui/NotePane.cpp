@@ -23,8 +23,8 @@ NotePane::NotePane(Session& session)
     , m_header(session)
     , m_note(Gtk::Orientation::VERTICAL)
     , m_body(Gtk::Orientation::HORIZONTAL)
-    , m_editor(session.preferences)
-    , m_preview(session.parser, session.texts)
+    , m_editor(session.preferences, session.themes)
+    , m_preview(session.parser, session.themes, session.texts)
     , m_status(session) {
     add_css_class("corvel-note");
     build();

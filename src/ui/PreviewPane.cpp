@@ -24,8 +24,11 @@ constexpr const char* kPlainPage = "plain";
 
 }  // namespace
 
-PreviewPane::PreviewPane(const MarkdownParserService& parser, const Localisation& texts)
+PreviewPane::PreviewPane(const MarkdownParserService& parser,
+                         ThemeManager& themes,
+                         const Localisation& texts)
     : m_parser(parser)
+    , m_themes(themes)
     , m_texts(texts)
     , m_rendering(Gio::Cancellable::create())
     , m_plain(Gtk::Orientation::VERTICAL) {
@@ -48,7 +51,7 @@ PreviewPane::PreviewPane(const MarkdownParserService& parser, const Localisation
     m_stack.set_expand(true);
     append(m_stack);
 
-    m_themeChanged = m_theme.signalChanged().connect([this] { applyColors(); });
+    m_themeChanged = themes.signalCurrentChanged().connect([this] { applyColors(); });
     signal_map().connect([this] {
         if (m_view) {
             refresh();
@@ -114,7 +117,7 @@ void PreviewPane::showRendered(RenderOutcome outcome) {
         showPlainText();
         return;
     }
-    m_coordinator->show(generateCSS(m_theme.theme()),
+    m_coordinator->show(generateCSS(m_themes.currentTheme()),
                         m_parser.postProcessImages(std::move(outcome.html)),
                         std::exchange(m_position, PreviewCoordinator::Position::keep));
 }
@@ -134,7 +137,7 @@ void PreviewPane::showPlainText() {
 void PreviewPane::applyColors() {
     if (!m_view) return;
     Gdk::RGBA background;
-    background.set(hexString(colorFromHex(m_theme.theme().colors.background)));
+    background.set(hexString(colorFromHex(m_themes.currentTheme().colors.background)));
     m_view->setBackground(background);
     m_isStale = true;
     refresh();

@@ -6,7 +6,7 @@
 #include "markdown/PreviewCoordinator.h"
 #include "platform/ScopedConnection.h"
 #include "platform/gtk/WebRoom.h"
-#include "ui/SystemTheme.h"
+#include "themes/ThemeManager.h"
 
 #include <giomm/cancellable.h>
 #include <gtkmm/box.h>
@@ -23,7 +23,9 @@ namespace corvel {
 /// is not on screen is not rendered.
 class PreviewPane : public Gtk::Box {
 public:
-    PreviewPane(const MarkdownParserService& parser, const Localisation& texts);
+    PreviewPane(const MarkdownParserService& parser,
+                ThemeManager& themes,
+                const Localisation& texts);
     ~PreviewPane() override;
 
     void show(const std::string& markdown, PreviewCoordinator::Position position);
@@ -39,10 +41,10 @@ private:
     static void openLink(const std::string& url);
 
     const MarkdownParserService& m_parser;
+    const ThemeManager& m_themes;
     const Localisation& m_texts;
     GuardedRenderer m_renderer;
     Glib::RefPtr<Gio::Cancellable> m_rendering;  // the newest request
-    SystemTheme m_theme;
     std::string m_markdown;
     PreviewCoordinator::Position m_position = PreviewCoordinator::Position::keep;
     bool m_isStale = false;

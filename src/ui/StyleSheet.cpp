@@ -2,6 +2,7 @@
 
 #include "themes/Color.h"
 
+#include <adwaita.h>
 #include <glib.h>
 #include <glibmm/ustring.h>
 #include <gtkmm/stylecontext.h>
@@ -99,6 +100,25 @@ std::string colorDefinitions(const ThemeColors& colors) {
            define("corvel_cursor", hexString(read(colors.cursor)));
 }
 
+bool isPlain(unsigned char byte) {
+    return g_ascii_isalnum(byte) != FALSE || byte == ' ' || byte >= 0x80;
+}
+
+/// A font's name as a string of CSS. It comes from a file: nothing in it may end the string.
+std::string quoted(const std::string& family) {
+    std::string text = "\"";
+    for (const char character : family) {
+        if (isPlain(static_cast<unsigned char>(character))) {
+            text += character;
+            continue;
+        }
+        std::array<char, 12> escape{};
+        g_snprintf(escape.data(), escape.size(), "\\%06x ", static_cast<unsigned>(character));
+        if (character != '\0') text += escape.data();
+    }
+    return text += '"';
+}
+
 std::string inPoints(double pixels) {
     // Points follow the desktop's text scaling, pixels do not.
     std::array<char, G_ASCII_DTOSTR_BUF_SIZE> text{};
@@ -108,11 +128,11 @@ std::string inPoints(double pixels) {
 
 }  // namespace
 
-StyleSheet::StyleSheet(const Preferences& preferences)
-    : m_preferences(preferences), m_provider(Gtk::CssProvider::create()) {
+StyleSheet::StyleSheet(const Preferences& preferences, ThemeManager& themes)
+    : m_preferences(preferences), m_themes(themes), m_provider(Gtk::CssProvider::create()) {
     Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), m_provider,
                                                 GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-    m_themeChanged = m_theme.signalChanged().connect([this] { refresh(); });
+    m_themeChanged = themes.signalCurrentChanged().connect([this] { refresh(); });
     m_preferenceChanged = preferences.signalChanged().connect([this](const std::string& key) {
         if (key == "uiSize" || key == "editorFontSize") refresh();
     });
@@ -129,13 +149,18 @@ std::string StyleSheet::css(const Theme& theme, double fontScale, double editorF
     const Color selection = colorFromHex(theme.colors.selection);
     return colorDefinitions(theme.colors) + define("corvel_selection", withAlpha(selection)) +
            "window, tooltip { font-size: " + std::to_string(static_cast<int>(fontScale * 100)) +
-           "%; }\ntextview.note-editor { font-family: monospace; font-size: " +
-           inPoints(editorFontSize) + "; }\n" + std::string(kRules);
+           "%; }\ntextview.note-editor { font-family: " + quoted(theme.typography.monoFontFamily) +
+           ", monospace; font-size: " + inPoints(editorFontSize) + "; }\n" + std::string(kRules);
 }
 
 void StyleSheet::refresh() {
+    const Theme& theme = m_themes.currentTheme();
+    adw_style_manager_set_color_scheme(adw_style_manager_get_default(),
+                                       theme.appearance == Appearance::dark
+                                           ? ADW_COLOR_SCHEME_FORCE_DARK
+                                           : ADW_COLOR_SCHEME_FORCE_LIGHT);
     m_provider->load_from_data(
-        css(m_theme.theme(), fontScale(m_preferences.uiSize()), m_preferences.editorFontSize()));
+        css(theme, fontScale(m_preferences.uiSize()), m_preferences.editorFontSize()));
 }
 
 }  // namespace corvel

@@ -2,7 +2,7 @@
 
 #include "app/settings/Preferences.h"
 #include "platform/ScopedConnection.h"
-#include "ui/SystemTheme.h"
+#include "themes/ThemeManager.h"
 
 #include <gtkmm/cssprovider.h>
 
@@ -11,10 +11,12 @@
 namespace corvel {
 
 /// Styles every window: one CSS provider for the display, made from the theme's colours and the
-/// preferred sizes, and made anew when one of them changes.
+/// preferred sizes, and made anew when one of them changes. The toolkit's own colours follow the
+/// theme's appearance.
 class StyleSheet {
 public:
-    explicit StyleSheet(const Preferences& preferences);  // must outlive the style sheet
+    /// Both must outlive the style sheet.
+    StyleSheet(const Preferences& preferences, ThemeManager& themes);
     StyleSheet(const StyleSheet&) = delete;
     StyleSheet& operator=(const StyleSheet&) = delete;
     ~StyleSheet();
@@ -25,7 +27,7 @@ private:
     void refresh();
 
     const Preferences& m_preferences;
-    SystemTheme m_theme;
+    const ThemeManager& m_themes;
     Glib::RefPtr<Gtk::CssProvider> m_provider;
     ScopedConnection m_themeChanged;
     ScopedConnection m_preferenceChanged;

@@ -23,7 +23,9 @@ protected:
         controller = std::make_unique<PersistenceController>(PersistenceController::Storage::onDisk,
                                                              folder.path());
         defaults = std::make_unique<UserDefaults>(folder.path() / "preferences.ini");
-        session = std::make_unique<Session>(*controller, *defaults,
+        themes = std::make_unique<ThemeManager>(*defaults, folder.path() / "Themes",
+                                                [] { return false; });
+        session = std::make_unique<Session>(*controller, *defaults, *themes,
                                             [this](CommandID id) { opened.push_back(id); });
         session->preferences.setAutoSaveInterval(0.1);
         session->editor.setTextSource([this] { return buffer; });
@@ -35,6 +37,7 @@ protected:
 
     void close() {
         session.reset();
+        themes.reset();
         defaults.reset();
         controller.reset();
     }
@@ -51,6 +54,7 @@ protected:
     TemporaryFolder folder;
     std::unique_ptr<PersistenceController> controller;
     std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<ThemeManager> themes;
     std::unique_ptr<Session> session;
     std::string buffer;
     std::vector<CommandID> opened;

@@ -40,7 +40,8 @@ public:
     explicit Program(const TemporaryFolder& folder)
         : m_controller(PersistenceController::Storage::onDisk, folder.path() / "store")
         , m_defaults(folder.path() / "preferences")
-        , m_session(m_controller, m_defaults, [this](CommandID id) {
+        , m_themes(m_defaults, folder.path() / "Themes", [] { return false; })
+        , m_session(m_controller, m_defaults, m_themes, [this](CommandID id) {
             if (m_window) m_window->perform(id);
         }) {
         m_window = std::make_unique<MainWindow>(m_session, application());
@@ -107,6 +108,7 @@ private:
 
     PersistenceController m_controller;
     UserDefaults m_defaults;
+    ThemeManager m_themes;
     Session m_session;
     std::unique_ptr<MainWindow> m_window;
 };
