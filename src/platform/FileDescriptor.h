@@ -1,0 +1,30 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace corvel {
+
+/// Owns an open file of the system; negative for none.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int number) : m_number(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    ~FileDescriptor() {
+        if (m_number >= 0) ::close(m_number);
+    }
+
+    int get() const { return m_number; }
+    bool isOpen() const { return m_number >= 0; }
+
+private:
+    int m_number = -1;
+};
+
+}  // namespace corvel
