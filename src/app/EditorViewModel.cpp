@@ -15,6 +15,8 @@ namespace corvel {
 namespace {
 
 constexpr std::chrono::milliseconds kPause{200};
+// With what the timer may be late, no key waits longer than a second.
+constexpr std::chrono::milliseconds kDraftInterval{700};
 constexpr int kWordsPerMinute = 200;
 
 bool isBlank(const std::string& content) {
@@ -33,8 +35,10 @@ bool isUntouched(const Note& note) {
 
 }  // namespace
 
-EditorViewModel::EditorViewModel(NoteRepository& notes, const Preferences& preferences)
-    : m_notes(notes), m_preferences(preferences) {
+EditorViewModel::EditorViewModel(NoteRepository& notes,
+                                 const Preferences& preferences,
+                                 std::filesystem::path draftFolder)
+    : m_notes(notes), m_preferences(preferences), m_draft(std::move(draftFolder)) {
     m_changes =
         notes.signalChanged().connect(sigc::mem_fun(*this, &EditorViewModel::noteChangedElsewhere));
 }
@@ -67,6 +71,8 @@ void EditorViewModel::removeUntouched(const Uuid& id) {
 void EditorViewModel::startSession() {
     m_pauseTimer.disconnect();
     m_saveTimer.disconnect();
+    m_draftTimer.disconnect();
+    m_draft.discard();
     m_contentEdited = false;
     m_titleEdited = false;
     m_titleFollows = m_note && (m_note->title.empty() || m_note->title == titleOf(m_note->content));
@@ -77,8 +83,19 @@ void EditorViewModel::startSession() {
     if (m_note) m_render.emit(m_note->content);
 }
 
+void EditorViewModel::contentEdited(const TextEdit& edit) {
+    if (!m_note) return;
+    m_draft.add(edit);
+    textEdited();
+}
+
 void EditorViewModel::contentEdited() {
     if (!m_note) return;
+    m_draft.addWholeText();
+    textEdited();
+}
+
+void EditorViewModel::textEdited() {
     m_contentEdited = true;
     m_pauseTimer = Glib::signal_timeout().connect(
         [this] {
@@ -94,6 +111,7 @@ void EditorViewModel::titleEdited(const std::string& title) {
     m_note->title = title;
     m_titleEdited = true;
     m_titleFollows = title.empty();
+    m_draft.addTitle(title);
     edited();
 }
 
@@ -104,6 +122,17 @@ void EditorViewModel::edited() {
         m_saveStateChanged.emit();
     }
     if (!m_saveTimer.connected()) scheduleSave();
+    if (m_draftTimer.connected()) return;
+    m_draftTimer = Glib::signal_timeout().connect(
+        [this] {
+            keepDraft();
+            return false;
+        },
+        static_cast<unsigned>(kDraftInterval.count()));
+}
+
+void EditorViewModel::keepDraft() {
+    if (m_note) m_draft.flush(m_note->id, m_note->content, [this] { return currentText(); });
 }
 
 void EditorViewModel::scheduleSave() {
@@ -166,6 +195,7 @@ bool EditorViewModel::write(Note note) {
     } catch (const StoreError& error) {
         m_isSaving = false;
         logLine(std::string("Error saving note: ") + error.what());
+        keepDraft();
         m_saveState = {SaveState::Kind::failed, m_saveState.savedAt, error.what()};
         m_saveStateChanged.emit();
         scheduleSave();
@@ -179,6 +209,8 @@ bool EditorViewModel::write(Note note) {
 }
 
 void EditorViewModel::markSaved(std::optional<Date> savedAt) {
+    m_draftTimer.disconnect();
+    m_draft.discard();
     m_contentEdited = false;
     m_titleEdited = false;
     m_saveState = {SaveState::Kind::saved, savedAt, {}};
@@ -204,11 +236,22 @@ void EditorViewModel::noteChangedElsewhere(const NoteChange& change) {
         startSession();
         return;
     }
-    m_note->isPinned = stored->isPinned;
-    m_note->isArchived = stored->isArchived;
-    m_note->isTrashed = stored->isTrashed;
-    m_note->trashedAt = stored->trashedAt;
-    m_note->folderIDs = stored->folderIDs;
+    takeOverState(*stored);
+    if (stored->content == m_note->content) return;
+    const bool isOtherText = stored->content != currentText();
+    m_note->content = stored->content;
+    m_draft.discard();
+    m_draft.addWholeText();
+    keepDraft();
+    if (isOtherText) m_conflict.emit(*stored);
+}
+
+void EditorViewModel::takeOverState(const Note& stored) {
+    m_note->isPinned = stored.isPinned;
+    m_note->isArchived = stored.isArchived;
+    m_note->isTrashed = stored.isTrashed;
+    m_note->trashedAt = stored.trashedAt;
+    m_note->folderIDs = stored.folderIDs;
     m_stateChanged.emit();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/Preferences.h"
+#include "library/DraftJournal.h"
 #include "library/NoteRepository.h"
 #include "model/Note.h"
 #include "platform/ScopedConnection.h"
@@ -29,7 +30,10 @@ class EditorViewModel {
 public:
     using TextSource = std::function<std::string()>;
 
-    EditorViewModel(NoteRepository& notes, const Preferences& preferences);
+    /// What is not saved yet is kept in files of `draftFolder`; an empty one keeps nothing.
+    EditorViewModel(NoteRepository& notes,
+                    const Preferences& preferences,
+                    std::filesystem::path draftFolder = {});
     /// Does not save: the owner calls `save` first on an orderly way out.
     ~EditorViewModel();
 
@@ -43,6 +47,8 @@ public:
     const std::optional<Note>& note() const { return m_note; }
 
     /// To be called at every change of the text by the user; cheap.
+    void contentEdited(const TextEdit& edit);
+    /// As above, where it is not known what changed: the draft then needs the whole text.
     void contentEdited();
     /// The user typed in the title field: the title no longer follows the text, unless it is empty.
     void titleEdited(const std::string& title);
@@ -70,13 +76,18 @@ public:
     /// Pin, archive, trash or folders of the open note changed; its text did not.
     sigc::signal<void()>& signalStateChanged() { return m_stateChanged; }
     sigc::signal<void()>& signalSaveStateChanged() { return m_saveStateChanged; }
+    /// The open note got another text in the store while it was edited. The edited text stays and
+    /// will be saved; whoever listens keeps the other one, which is carried.
+    sigc::signal<void(const Note& theirs)>& signalConflict() { return m_conflict; }
     /// Title that follows the text or word count changed.
     sigc::signal<void()>& signalDerivedChanged() { return m_derivedChanged; }
 
 private:
     void startSession();
     void removeUntouched(const Uuid& id);
+    void textEdited();
     void edited();
+    void keepDraft();
     void scheduleSave();
     void pauseReached();
     void deriveFrom(const std::string& content);
@@ -84,9 +95,11 @@ private:
     bool write(Note note);
     void markSaved(std::optional<Date> savedAt);
     void noteChangedElsewhere(const NoteChange& change);
+    void takeOverState(const Note& stored);
 
     NoteRepository& m_notes;
     const Preferences& m_preferences;
+    DraftJournal m_draft;
     TextSource m_source;
     std::optional<Note> m_note;
     bool m_contentEdited = false;
@@ -97,11 +110,13 @@ private:
     SaveState m_saveState;
     ScopedConnection m_pauseTimer;
     ScopedConnection m_saveTimer;
+    ScopedConnection m_draftTimer;
     ScopedConnection m_changes;
     sigc::signal<void()> m_opened;
     sigc::signal<void(const std::string&)> m_render;
     sigc::signal<void()> m_stateChanged;
     sigc::signal<void()> m_saveStateChanged;
+    sigc::signal<void(const Note&)> m_conflict;
     sigc::signal<void()> m_derivedChanged;
 };
 

@@ -1,6 +1,8 @@
 #include "app/Session.h"
 
+#include "app/texts/DraftTexts.h"
 #include "model/PersistenceController.h"
+#include "platform/Log.h"
 
 #include <utility>
 
@@ -36,7 +38,7 @@ Session::Session(PersistenceController& controller,
     , library(controller)
     , list(library, notifications)
     , sidebar(library, texts, notifications)
-    , editor(library.notes, preferences)
+    , editor(library.notes, preferences, controller.draftFolder())
     , commands(state, notifications, preferences, std::move(openWindow))
     , parser([this](const Uuid& id) { return attachmentData(library.attachments, id); })
     , importer(library) {
@@ -68,6 +70,8 @@ void Session::bindEditor() {
     };
     m_connections.emplace_back(editor.signalOpened().connect(publish));
     m_connections.emplace_back(editor.signalStateChanged().connect(publish));
+    m_connections.emplace_back(
+        editor.signalConflict().connect(sigc::mem_fun(*this, &Session::keepOtherVersion)));
     m_connections.emplace_back(editor.signalDerivedChanged().connect([this] {
         if (editor.isEdited()) list.showDraft(editor.note()->id, editor.title());
     }));
@@ -92,7 +96,32 @@ void Session::showCreated(const Uuid& id) {
     state.selectedNoteID.set(id);
 }
 
+// The note keeps what is being written; what came from elsewhere is set beside it.
+void Session::keepOtherVersion(const Note& theirs) {
+    Note copy = theirs;
+    copy.id = Uuid::random();
+    copy.title = texts.format(texts::otherVersionTitle, {theirs.title});
+    copy.sourceFilePath.reset();
+    copy.bookmarkData.reset();
+    try {
+        library.notes.create(copy);
+    } catch (const StoreError& error) {
+        logLine(std::string("Error creating note: ") + error.what());
+    }
+    m_otherVersionKept.emit(copy);
+}
+
+void Session::reveal(const Uuid& id) {
+    if (!list.positionOf(id)) {
+        state.isSearchActive.set(false);
+        if (!list.positionOf(id)) state.sidebarFilter.set({});
+    }
+    state.selectedNoteID.set(id);
+}
+
 void Session::start() {
+    const auto recovered =
+        DraftRecovery(library.notes, texts).run(library.controller.draftFolder());
     state.editorMode.set(preferences.defaultEditorMode());
     const auto& store = preferences.store();
     state.sortOption.set(sortOptionFrom(store.string(kSortOption).value_or("")));
@@ -106,6 +135,9 @@ void Session::start() {
     } else if (const auto first = list.summaryAt(0)) {
         state.selectedNoteID.set(first->id);
     }
+    if (recovered.empty()) return;
+    reveal(recovered.back().id);
+    m_recovered.emit(recovered);
 }
 
 void Session::forgetMissingFolder() {

@@ -2,6 +2,7 @@
 
 #include "app/AppCommands.h"
 #include "app/AppState.h"
+#include "app/DraftRecovery.h"
 #include "app/EditorViewModel.h"
 #include "app/settings/Localisation.h"
 #include "app/settings/Preferences.h"
@@ -42,11 +43,19 @@ public:
     MarkdownImporter importer;
 
     /// Filter, order, mode and note of the last run, or the first note; with the first load of list
-    /// and sidebar.
+    /// and sidebar. What a crash left unsaved is in the store before.
     void start();
     /// Saves the open note and remembers what `start` brings back. False when the store refused the
     /// save: the caller then asks before anything is closed.
     bool finish();
+
+    /// Notes that got unsaved words of a crashed run back; emitted at most once, by `start`.
+    sigc::signal<void(const std::vector<RecoveredNote>&)>& signalRecovered() { return m_recovered; }
+    /// The open note changed elsewhere while it was edited; the other text is a note of its own
+    /// now.
+    sigc::signal<void(const Note& copy)>& signalOtherVersionKept() { return m_otherVersionKept; }
+    /// Selects a note, in another filter when the present list does not have it.
+    void reveal(const Uuid& id);
 
 private:
     void bindList();
@@ -54,9 +63,12 @@ private:
     void updateSearch();
     void openSelected();
     void showCreated(const Uuid& id);
+    void keepOtherVersion(const Note& theirs);
     void forgetMissingFolder();
     void rememberState();
 
+    sigc::signal<void(const std::vector<RecoveredNote>&)> m_recovered;
+    sigc::signal<void(const Note&)> m_otherVersionKept;
     std::vector<ScopedConnection> m_connections;
 };
 

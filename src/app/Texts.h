@@ -113,8 +113,10 @@ inline constexpr Text sizeLarge{"Duży", "Large"};
 inline constexpr Text notSavedQuestion{"Zamknąć mimo niezapisanych zmian?",
                                        "Close with unsaved changes?"};
 inline constexpr Text notSavedDetail{
-    "Biblioteka nie przyjęła ostatnich zmian notatki. Po zamknięciu będą utracone.",
-    "The library refused the last changes of the note. Closing loses them."};
+    "Biblioteka nie przyjęła ostatnich zmian notatki. Program spróbuje je odzyskać przy następnym "
+    "uruchomieniu.",
+    "The library refused the last changes of the note. The program will try to recover them at the "
+    "next start."};
 inline constexpr Text closeAnyway{"Zamknij mimo to", "Close Anyway"};
 inline constexpr Text cannotStart{"Nie można otworzyć biblioteki", "The library cannot be opened"};
 inline constexpr Text aboutComment{"Notatki w Markdownie, lokalnie i po Twojemu.",

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* kStoreFile = "qnoCorvel.sqlite";
 constexpr const char* kAttachmentFolder = "qnoCorvel_files";
+constexpr const char* kDraftFolder = "qnoCorvel_drafts";
 
 void sweepAttachments(Database& database, const AttachmentFiles& files) {
     std::unordered_set<Uuid> named;
@@ -90,6 +91,7 @@ void PersistenceController::openOnDisk(const std::filesystem::path& folder) {
     m_lock = std::make_unique<Lock>(file.string() + ".lock");
     m_database = std::make_unique<Database>(file);
     m_attachmentFiles = std::make_unique<AttachmentFiles>(folder / kAttachmentFolder);
+    m_draftFolder = folder / kDraftFolder;
 }
 
 void PersistenceController::save() {

@@ -73,14 +73,14 @@ void EditorPane::open(const Uuid& id, const std::string& content) {
     const std::string usable =
         text::repaired(m_isPartial ? text::prefixByBytes(content, kShownOfMore) : content);
     m_isLarge = isTooLarge(usable);
-    m_bufferChanged.disconnect();
+    m_edits.stop();
     m_noteID = id;
     showBuffer(m_buffers.bufferFor(id, usable));
-    m_bufferChanged = m_buffer->signal_changed().connect([this] { m_edited.emit(); });
+    m_edits.follow(m_buffer);
 }
 
 void EditorPane::close() {
-    m_bufferChanged.disconnect();
+    m_edits.stop();
     m_noteID.reset();
     m_buffer.reset();
     m_view->set_buffer(NoteBuffers::emptyBuffer());

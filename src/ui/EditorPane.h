@@ -3,6 +3,7 @@
 #include "app/settings/Preferences.h"
 #include "platform/ScopedConnection.h"
 #include "themes/ThemeManager.h"
+#include "ui/BufferEdits.h"
 #include "ui/NoteBuffers.h"
 
 #include <gtkmm/scrolledwindow.h>
@@ -35,7 +36,7 @@ public:
     bool hasTextFocus() const { return m_view->has_focus(); }
 
     /// The user changed the text; cheap.
-    sigc::signal<void()>& signalEdited() { return m_edited; }
+    sigc::signal<void(const TextEdit&)>& signalEdited() { return m_edits.signalEdited(); }
 
 private:
     void showBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer);
@@ -51,10 +52,9 @@ private:
     std::optional<Uuid> m_noteID;
     bool m_isLarge = false;
     bool m_isPartial = false;
-    ScopedConnection m_bufferChanged;
+    BufferEdits m_edits;
     ScopedConnection m_themeChanged;
     ScopedConnection m_preferenceChanged;
-    sigc::signal<void()> m_edited;
 };
 
 }  // namespace corvel

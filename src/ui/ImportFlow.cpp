@@ -180,17 +180,8 @@ void ImportFlow::finished(const ImportReport& report) {
         m_toasts.show(title, texts(texts::details), [this, report] { showReport(report); });
     }
     m_session.notifications.post(notifications::folderDidChange);
-    if (report.lastNoteID) showImported(*report.lastNoteID);
-}
-
-// The new notes are shown even when what the list holds would not.
-void ImportFlow::showImported(const Uuid& id) {
-    auto& state = m_session.state;
-    if (!m_session.list.positionOf(id)) {
-        state.isSearchActive.set(false);
-        if (!m_session.list.positionOf(id)) state.sidebarFilter.set({});
-    }
-    state.selectedNoteID.set(id);
+    // The new notes are shown even when what the list holds would not.
+    if (report.lastNoteID) m_session.reveal(*report.lastNoteID);
 }
 
 void ImportFlow::showReport(const ImportReport& report) {

@@ -39,7 +39,6 @@ private:
     void start(const std::vector<std::filesystem::path>& paths, bool keepFolders);
     void showProgress(std::size_t done, std::size_t found);
     void finished(const ImportReport& report);
-    void showImported(const Uuid& id);
     void showReport(const ImportReport& report);
 
     Session& m_session;

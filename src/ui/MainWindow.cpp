@@ -5,6 +5,7 @@
 #include "ui/AboutWindow.h"
 #include "ui/Adw.h"
 #include "ui/Dialogs.h"
+#include "ui/RecoveryToasts.h"
 #include "ui/ShortcutsWindow.h"
 
 #include <glibmm/main.h>
@@ -130,6 +131,7 @@ void MainWindow::connect() {
         [this] { m_layout.sidebarChosen(); }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
+    sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
 }

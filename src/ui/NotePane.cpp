@@ -92,7 +92,8 @@ void NotePane::buildEmptyState() {
 void NotePane::follow() {
     auto& editor = m_session.editor;
     editor.setTextSource([this] { return m_editor.text(); });
-    m_editor.signalEdited().connect([this] { m_session.editor.contentEdited(); });
+    m_editor.signalEdited().connect(
+        [this](const TextEdit& edit) { m_session.editor.contentEdited(edit); });
     m_title.signal_changed().connect([this] { titleChanged(); });
     followTitleKeys();
 
