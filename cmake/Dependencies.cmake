@@ -5,6 +5,8 @@ find_package(nlohmann_json REQUIRED)
 
 pkg_check_modules(GLIBMM REQUIRED IMPORTED_TARGET glibmm-2.68 giomm-2.68 gio-unix-2.0)
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+pkg_check_modules(LIBXML REQUIRED IMPORTED_TARGET libxml-2.0)
+pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 
 find_path(CMARK_GFM_INCLUDE cmark-gfm.h REQUIRED)

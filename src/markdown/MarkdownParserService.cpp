@@ -8,6 +8,7 @@
 #include "markdown/HtmlEscape.h"
 #include "markdown/ImagePasses.h"
 #include "markdown/LocalImage.h"
+#include "platform/Text.h"
 
 #include <utility>
 
@@ -38,7 +39,10 @@ MarkdownParserService::MarkdownParserService(AttachmentSource attachments)
 
 std::string MarkdownParserService::renderBody(std::string_view markdown) {
     const MarkdownTree tree(markdown);
-    return BodyRenderer(tree).render(markdown.size());
+    std::string body = BodyRenderer(tree).render(markdown.size());
+    // The parser turns references to U+FFFE and U+FFFF into bytes that are no UTF-8.
+    const bool mayBeBroken = markdown.find("&#") != std::string_view::npos;
+    return mayBeBroken ? text::repaired(body) : body;
 }
 
 std::string MarkdownParserService::headingSlug(std::string_view plainText) {

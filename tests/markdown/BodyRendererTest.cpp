@@ -32,6 +32,11 @@ TEST(BodyRenderer, NothingGivesNothing) {
     EXPECT_EQ(body("\n \n"), "");
 }
 
+TEST(BodyRenderer, IsUtf8WhateverCharacterReferencesSay) {
+    const std::string html = body("&#xFFFE; &#65535; &#1; &#xD800; &#0; &#x1FFFE;");
+    EXPECT_TRUE(g_utf8_validate_len(html.data(), html.size(), nullptr)) << html;
+}
+
 TEST(BodyRenderer, AnImageIsFollowedByItsWidth) {
     EXPECT_EQ(body("![a](b.png){width=50%} c"),
               "<p><img src=\"b.png\" alt=\"a\">{width=50%} c</p>\n");

@@ -1,0 +1,23 @@
+#include "export/ExportError.h"
+
+#include "export/ExportTexts.h"
+
+namespace corvel {
+
+std::string ExportError::description(const Localisation& texts) const {
+    switch (m_kind) {
+        case Kind::epubCreationFailed:
+            return std::string("EPUB creation failed: ") + what();
+        case Kind::encodingFailed:
+            return "Failed to encode content";
+        case Kind::fileWriteFailed:
+            return "Failed to write file";
+        case Kind::tooComplex:
+            return texts(texts::exportTooComplex);
+        case Kind::platformFailed:
+            break;
+    }
+    return what();
+}
+
+}  // namespace corvel
