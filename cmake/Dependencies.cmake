@@ -7,6 +7,7 @@ pkg_check_modules(GLIBMM REQUIRED IMPORTED_TARGET glibmm-2.68 giomm-2.68 gio-uni
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(LIBXML REQUIRED IMPORTED_TARGET libxml-2.0)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
+pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
 pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 
 find_path(CMARK_GFM_INCLUDE cmark-gfm.h REQUIRED)
@@ -18,6 +19,7 @@ target_link_libraries(cmark_gfm INTERFACE ${CMARK_GFM_EXTENSIONS_LIBRARY} ${CMAR
 
 if(CORVEL_UI)
   pkg_check_modules(GTKMM REQUIRED IMPORTED_TARGET gtkmm-4.0)
+  pkg_check_modules(GTKPRINT REQUIRED IMPORTED_TARGET gtk4-unix-print)
   pkg_check_modules(ADWAITA REQUIRED IMPORTED_TARGET libadwaita-1)
   pkg_check_modules(SOURCEVIEW REQUIRED IMPORTED_TARGET gtksourceview-5)
   pkg_check_modules(WEBKIT REQUIRED IMPORTED_TARGET webkitgtk-6.0)

@@ -1,8 +1,8 @@
 #include "export/epub/BookArchive.h"
 
 #include "export/ExportError.h"
+#include "export/WorkingFolder.h"
 #include "platform/Handle.h"
-#include "platform/Uuid.h"
 
 #include <zip.h>
 
@@ -17,25 +17,6 @@ namespace {
 using Archive = Handle<zip_t, zip_discard>;
 
 constexpr const char* kCannotCreate = "Cannot create archive: ";
-
-/// A folder that goes with its owner.
-class WorkingFolder {
-public:
-    WorkingFolder() : m_path(std::filesystem::temp_directory_path() / Uuid::random().toString()) {
-        std::filesystem::create_directory(m_path);
-        std::filesystem::permissions(m_path, std::filesystem::perms::owner_all);
-    }
-    WorkingFolder(const WorkingFolder&) = delete;
-    WorkingFolder& operator=(const WorkingFolder&) = delete;
-    ~WorkingFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    const std::filesystem::path& path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 [[noreturn]] void fail(const std::string& detail) {
     throw ExportError(ExportError::Kind::epubCreationFailed, kCannotCreate + detail);

@@ -1,6 +1,6 @@
 #include "export/epub/ChapterCleaner.h"
 
-#include "export/epub/ChapterLink.h"
+#include "export/OutsideLink.h"
 #include "export/epub/ChapterTable.h"
 #include "export/epub/XmlNodes.h"
 
@@ -172,7 +172,7 @@ bool ChapterCleaner::isInBook(const xmlNode* image) {
 
 // Pictures of the web are a link in the book, missing ones are what they would have shown.
 ChapterCleaner::Step ChapterCleaner::replaceImage(xmlNode* image) {
-    const auto source = chapterLink(attributeOf(image, "src").value_or(""));
+    const auto source = outsideLink(attributeOf(image, "src").value_or(""));
     const std::string text = attributeOf(image, "alt").value_or("");
     const bool isWeb = source && !source->starts_with("mailto:");
     xmlNode* other = xmlNewDocNode(image->doc, nullptr, xmlText(isWeb ? "a" : "span"), nullptr);
@@ -260,7 +260,7 @@ void ChapterCleaner::settleLinks() {
         const std::string address = attributeOf(link, "href").value_or("");
         if (address == "#") continue;
         if (address.starts_with('#') && m_ids.contains(decoded(address.substr(1)))) continue;
-        const auto usable = chapterLink(address);
+        const auto usable = outsideLink(address);
         if (usable == address) continue;
         m_isChanged = true;
         if (usable) {

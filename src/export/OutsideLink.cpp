@@ -1,4 +1,4 @@
-#include "export/epub/ChapterLink.h"
+#include "export/OutsideLink.h"
 
 #include "platform/Handle.h"
 
@@ -43,7 +43,7 @@ std::string withEscapes(std::string_view address) {
 
 }  // namespace
 
-std::optional<std::string> chapterLink(const std::string& address) {
+std::optional<std::string> outsideLink(const std::string& address) {
     std::string escaped = withEscapes(address);
     const Uri uri(g_uri_parse(escaped.c_str(), G_URI_FLAGS_ENCODED, nullptr));
     if (!uri) return std::nullopt;

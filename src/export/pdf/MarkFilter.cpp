@@ -1,0 +1,53 @@
+#include "export/pdf/MarkFilter.h"
+
+#include "export/pdf/ContentReader.h"
+
+#include <qpdf/Pl_Buffer.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
+
+namespace corvel {
+
+namespace {
+
+// Forms in forms: groups of transparency. Nobody nests them deeper.
+constexpr int kDeepest = 16;
+
+}  // namespace
+
+void MarkFilter::filterPage(QPDFObjectHandle page, int number) {
+    m_page = number;
+    QPDFPageObjectHelper helper(page);
+    helper.coalesceContentStreams();
+    filterStream(page.getKey("/Contents"), helper.getAttribute("/Resources", false), {}, 0);
+}
+
+void MarkFilter::filterStream(QPDFObjectHandle stream,
+                              QPDFObjectHandle resources,
+                              const QPDFMatrix& matrix,
+                              int depth) {
+    if (!stream.isStream() || depth > kDeepest) return;
+    ContentReader reader(m_colors, m_markCount, matrix);
+    Pl_Buffer output("content");
+    stream.filterAsContents(&reader, &output);
+    output.finish();
+    if (!reader.shapes().empty()) {
+        stream.replaceStreamData(output.getBufferSharedPointer(), QPDFObjectHandle::newNull(),
+                                 QPDFObjectHandle::newNull());
+    }
+    for (const auto& shape : reader.shapes()) {
+        m_places.push_back({shape.mark, m_page, shape.area});
+    }
+    auto forms = resources.isDictionary() ? resources.getKey("/XObject") : resources;
+    for (const auto& drawn : reader.forms()) {
+        auto form = forms.isDictionary() ? forms.getKey(drawn.name) : QPDFObjectHandle::newNull();
+        if (!form.isFormXObject()) continue;
+        auto dictionary = form.getDict();
+        QPDFMatrix inner = drawn.matrix;
+        if (dictionary.getKey("/Matrix").isMatrix()) {
+            inner.concat(QPDFMatrix(dictionary.getKey("/Matrix").getArrayAsMatrix()));
+        }
+        filterStream(form, dictionary.getKey("/Resources"), inner, depth + 1);
+    }
+}
+
+}  // namespace corvel

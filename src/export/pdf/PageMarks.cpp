@@ -1,0 +1,91 @@
+#include "export/pdf/PageMarks.h"
+
+#include <glib.h>
+#include <nlohmann/json.hpp>
+
+#include <array>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::string_view kScript = R"js(
+const patience = new Promise(resolve => setTimeout(resolve, 20000));
+const images = Array.from(document.images, image => image.decode().catch(() => {}));
+await Promise.race([patience, Promise.all(images)]);
+const marks = [];
+const seen = new Set();
+const mark = (element, record) => {
+    if (seen.has(element) || marks.length >= most) return;
+    seen.add(element);
+    const color = 'rgb(' + red + ',' + (marks.length >> 8) + ',' + (marks.length & 255) + ')';
+    for (const painted of [element, ...element.querySelectorAll('img')]) {
+        painted.style.setProperty('background', color, 'important');
+        painted.style.setProperty('border-radius', '0', 'important');
+        painted.style.setProperty('-webkit-print-color-adjust', 'exact', 'important');
+    }
+    marks.push(record);
+};
+for (const heading of document.querySelectorAll('h1,h2,h3,h4,h5,h6')) {
+    const text = heading.textContent.replace(/\s+/g, ' ').trim();
+    mark(heading, {id: heading.id, level: Number(heading.localName[1]), text});
+}
+for (const link of document.querySelectorAll('a[href]')) {
+    const href = link.getAttribute('href');
+    mark(link, {href});
+    if (!href.startsWith('#')) continue;
+    let id = href.substring(1);
+    try { id = decodeURIComponent(id); } catch (error) {}
+    const target = id && document.getElementById(id);
+    if (target) mark(target, {id});
+}
+return JSON.stringify(marks);
+)js";
+
+bool isNamed(std::string_view page, int red) {
+    std::array<char, 8> code{};
+    g_snprintf(code.data(), code.size(), "#%02x", static_cast<unsigned>(red));
+    const std::string number = "rgb(" + std::to_string(red) + ",";
+    const auto isSame = [](char a, char b) { return g_ascii_tolower(a) == g_ascii_tolower(b); };
+    for (const std::string_view name : {std::string_view(code.data()), std::string_view(number)}) {
+        if (std::search(page.begin(), page.end(), name.begin(), name.end(), isSame) != page.end()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+MarkColors MarkColors::unusedIn(std::string_view page) {
+    for (int red = 253; red > 128; --red) {
+        if (!isNamed(page, red)) return {red};
+    }
+    return {};
+}
+
+std::string markScript(const MarkColors& colors) {
+    return "const red = " + std::to_string(colors.red) +
+           ", most = " + std::to_string(MarkColors::kMost) + ";" + std::string(kScript);
+}
+
+std::vector<PageMark> marksFrom(const std::string& json) {
+    const auto list = nlohmann::json::parse(json, nullptr, false);
+    if (!list.is_array()) return {};
+    std::vector<PageMark> marks;
+    const auto text = [](const nlohmann::json& item, const char* key) {
+        const auto found = item.find(key);
+        return found != item.end() && found->is_string() ? found->get<std::string>()
+                                                         : std::string();
+    };
+    for (const auto& item : list) {
+        if (!item.is_object()) return {};
+        const auto level = item.find("level");
+        const bool hasLevel = level != item.end() && level->is_number_integer();
+        marks.push_back({text(item, "href"), text(item, "id"), hasLevel ? level->get<int>() : 0,
+                         text(item, "text")});
+    }
+    return marks;
+}
+
+}  // namespace corvel

@@ -1,0 +1,141 @@
+#include "export/PDFExporter.h"
+#include "platform/gtk/WebKitPrintView.h"
+#include "platform/gtk/WebRoom.h"
+#include "support/MainLoop.h"
+#include "support/TemporaryFolder.h"
+#include "themes/BuiltInThemes.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm/init.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+namespace corvel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PDFExporterTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        gtk_init();
+        Gtk::init_gtkmm_internals();
+    }
+
+    std::unique_ptr<PrintView> makeView(const PaperSize& paper) {
+        return std::make_unique<WebKitPrintView>(room.makeView("sha256-none"), paper);
+    }
+
+    /// The file of an export, written to disk for the tools that read it.
+    fs::path exported(const std::string& title,
+                      const std::string& content,
+                      const ExportOptions& options = {}) {
+        Note note;
+        note.title = title;
+        note.content = content;
+        std::optional<ExportOutcome> outcome;
+        exporter.exportNote(note, options, themes::builtInLight(), Gio::Cancellable::create(),
+                            [&](ExportOutcome result) { outcome = std::move(result); });
+        EXPECT_TRUE(turnUntil([&] { return outcome.has_value(); }, std::chrono::seconds(60)));
+        if (const auto* error = std::get_if<ExportError>(&*outcome)) ADD_FAILURE() << error->what();
+        const auto* bytes = std::get_if<std::string>(&*outcome);
+        return folder.write("note.pdf", bytes != nullptr ? *bytes : "");
+    }
+
+    static std::string outputOf(const std::string& command) {
+        FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+        std::string output;
+        std::array<char, 4096> part{};
+        while (fgets(part.data(), part.size(), pipe) != nullptr)
+            output += part.data();
+        pclose(pipe);
+        return output;
+    }
+
+    TemporaryFolder folder;
+    WebRoom room;
+    MarkdownParserService parser;
+    PDFExporter exporter{NoteBody(parser),
+                         [this](const PaperSize& paper) { return makeView(paper); }, "pl"};
+};
+
+std::string longNote() {
+    std::string text =
+        "# Początek\n\nDo [końca](#koniec) i do [sieci](https://example.org/ż?a=1).\n\n";
+    for (int i = 1; i <= 40; ++i) {
+        text += "## Rozdział " + std::to_string(i) + "\n\n" + std::string(40, ' ');
+        for (int word = 0; word < 60; ++word)
+            text += "słowo" + std::to_string(word) + " ";
+        text += "\n\n";
+    }
+    return text + "# Koniec\n\n- [x] zrobione\n\n```\n" + std::string(300, 'w') + "\n```\n";
+}
+
+TEST_F(PDFExporterTest, PrintsTitleNumbersLinksAndOutline) {
+    const auto file =
+        exported("Say \"hi\" & żółw", longNote(), {.includeHeaderFooter = false}).string();
+    const std::string info = outputOf("pdfinfo " + file);
+    EXPECT_NE(info.find("Page size:       595 x 842 pts (A4)"), std::string::npos) << info;
+    EXPECT_NE(info.find("Title:           Say \"hi\" & żółw"), std::string::npos) << info;
+    const std::string second = outputOf("pdftotext -f 2 -l 2 -layout " + file + " -");
+    EXPECT_NE(second.find("Say &quot;hi&quot; &amp; żółw"), std::string::npos) << second;
+    EXPECT_NE(second.find(" 2\n"), std::string::npos) << second;
+    const std::string links = outputOf("pdfinfo -url " + file);
+    EXPECT_NE(links.find("https://example.org/%C5%BC?a=1"), std::string::npos) << links;
+    const std::string json = outputOf("pdftohtml -xml -stdout -i " + file);
+    EXPECT_NE(json.find("<outline>"), std::string::npos);
+    EXPECT_NE(json.find(">Rozdział 40</item>"), std::string::npos);
+    EXPECT_NE(json.find("note.html#"), std::string::npos) << "a link to another page";
+}
+
+TEST_F(PDFExporterTest, LeavesNoColourOfTheMarks) {
+    const auto file = exported("t", longNote());
+    outputOf("pdftoppm -r 40 " + file.string() + " " + (folder.path() / "page").string());
+    int pictures = 0;
+    for (const auto& picture : fs::directory_iterator(folder.path())) {
+        if (picture.path().extension() != ".ppm") continue;
+        std::ifstream stream(picture.path(), std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+        for (std::size_t at = 16; at + 2 < bytes.size(); at += 3) {
+            const auto red = static_cast<unsigned char>(bytes[at]);
+            const auto green = static_cast<unsigned char>(bytes[at + 1]);
+            ASSERT_FALSE(red > 240 && green < 60) << picture.path();
+        }
+        ++pictures;
+    }
+    EXPECT_GT(pictures, 3);
+}
+
+TEST_F(PDFExporterTest, UsesThePaperThatIsAskedFor) {
+    const std::string a5 =
+        outputOf("pdfinfo " + exported("", "x", {.pageSize = PageSize::a5}).string());
+    EXPECT_NE(a5.find("Page size:       420 x 595 pts"), std::string::npos) << a5;
+    const std::string letter =
+        outputOf("pdfinfo " + exported("", "x", {.pageSize = PageSize::letter}).string());
+    EXPECT_NE(letter.find("612 x 792 pts (letter)"), std::string::npos) << letter;
+}
+
+TEST_F(PDFExporterTest, CancelledLeavesNothingAndNeverAnswers) {
+    setenv("TMPDIR", folder.path().c_str(), 1);
+    Note note;
+    note.content = longNote();
+    const auto cancellable = Gio::Cancellable::create();
+    bool answered = false;
+    exporter.exportNote(note, {}, themes::builtInLight(), cancellable,
+                        [&](const ExportOutcome&) { answered = true; });
+    const auto isEmpty = [this] { return fs::is_empty(folder.path()); };
+    EXPECT_TRUE(turnUntil([&] { return !isEmpty(); }));
+    cancellable->cancel();
+    EXPECT_TRUE(turnUntil(isEmpty));
+    unsetenv("TMPDIR");
+    // What the web view may still have to say comes before what is asked of another one.
+    exported("", "x");
+    EXPECT_FALSE(answered);
+}
+
+}  // namespace
+}  // namespace corvel
