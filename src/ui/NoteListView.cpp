@@ -7,9 +7,11 @@
 
 #include <glibmm/main.h>
 #include <gtkmm/dragsource.h>
+#include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/widgetpaintable.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvel {
 
@@ -48,8 +50,33 @@ NoteListView::NoteListView(Session& session)
     m_connections.emplace_back(
         session.state.selectedNoteID.signalChanged().connect([this] { stateSelectionChanged(); }));
     m_shown = current();
+    followKeys();
+    growLater();
     stateSelectionChanged();
     refreshAtMidnight();
+}
+
+// Keys go to the end of the list or select all of it: it must be all there.
+void NoteListView::followKeys() {
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+    keys->signal_key_pressed().connect(
+        [this](guint, guint, Gdk::ModifierType) {
+            m_store->growPast(m_session.list.size());
+            return false;
+        },
+        false);
+    m_rows.add_controller(keys);
+}
+
+// A list begins with a screenful; each frame after the first that shows it brings some more rows.
+void NoteListView::growLater() {
+    if (m_store->isWhole() || std::exchange(m_isGrowing, true)) return;
+    m_rows.add_tick_callback([this, isFirst = true](const auto&) mutable {
+        if (!std::exchange(isFirst, false)) m_store->grow();
+        m_isGrowing = !m_store->isWhole();
+        return m_isGrowing;
+    });
 }
 
 void NoteListView::setUpFactory() {
@@ -182,6 +209,7 @@ void NoteListView::selectInList(std::size_t position) {
 // By the list rather than its model: a range that is extended later starts here.
 void NoteListView::selectRow(std::size_t position) {
     const auto row = static_cast<guint32>(position);
+    m_store->growPast(position);
     m_rows.activate_action(
         "list.select-item",
         Glib::Variant<std::tuple<guint32, bool, bool>>::create({row, false, false}));
@@ -202,6 +230,7 @@ void NoteListView::spliced(const ListSplice& change) {
     } else {
         m_store->splice(change);
     }
+    growLater();
     m_isUpdating = false;
     if (isAnother) return;
     if (m_isRemoving) {
@@ -274,6 +303,7 @@ void NoteListView::select(std::size_t position) {
 }
 
 void NoteListView::scrollTo(std::size_t position) {
+    m_store->growPast(position);
     // The list model tells of a change before the rows have followed it.
     if (position >= m_selection->get_n_items()) return;
     m_rows.activate_action("list.scroll-to-item",
@@ -303,7 +333,7 @@ void NoteListView::focusSelected() {
 }
 
 void NoteListView::askForMore() {
-    if (!m_session.list.isSearching()) return;
+    if (!m_session.list.isSearching() || !m_store->isWhole()) return;
     const auto adjustment = get_vadjustment();
     const double left =
         adjustment->get_upper() - adjustment->get_value() - adjustment->get_page_size();

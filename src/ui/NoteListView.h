@@ -67,10 +67,12 @@ private:
     bool hasLeftForGood() const;
     void selectRow(std::size_t position);
     void selectInList(std::size_t position);
+    void followKeys();
     void select(std::size_t position);
     void scrollTo(std::size_t position);
     void focusRow(std::size_t position);
     void askForMore();
+    void growLater();
     void refreshAtMidnight();
 
     Session& m_session;
@@ -80,6 +82,7 @@ private:
     std::set<Item> m_bound;
     std::optional<RowId> m_selectedRow;  ///< when exactly one is selected
     bool m_isUpdating = false;
+    bool m_isGrowing = false;
     /// Where the list first changed during an operation of the user's, if it did.
     bool m_isRemoving = false;
     std::optional<std::size_t> m_removedAt;

@@ -242,6 +242,36 @@ TEST(MainWindow, RelabelsEverythingWhenTheLanguageChanges) {
     EXPECT_EQ(run.window().list().sidebarButton().get_tooltip_text(), "Pokaż panel boczny");
 }
 
+TEST(MainWindow, ShowsALongListAtOnceAndAllOfItSoonAfter) {
+    constexpr guint kNotes = 600;
+    const TemporaryFolder folder;
+    {
+        Program run(folder);
+        auto& session = run.session();
+        for (guint number = 0; number < kNotes; ++number) {
+            Note note;
+            note.id = Uuid::random();
+            session.library.notes.createUnsaved(note);
+        }
+        session.library.controller.viewContext().save();
+        session.list.reload();
+        session.state.selectedNoteID.set(session.list.summaryAt(450)->id);
+    }
+    Program again(folder);
+    auto& view = again.window().list().view();
+    const auto rows = std::dynamic_pointer_cast<Gio::ListModel>(view.rows().get_model());
+    ASSERT_TRUE(rows);
+    const auto last = again.session().list.summaryAt(450)->id;
+    EXPECT_EQ(view.selectedNotes(), std::vector<Uuid>{last}) << "however far down it stands";
+    EXPECT_TRUE(again.becomes([&] { return rows->get_n_items() == kNotes; }));
+    EXPECT_EQ(view.selectedNotes(), std::vector<Uuid>{last});
+
+    again.session().state.sortOption.set(SortOption::title);
+    again.session().state.sidebarFilter.set({SidebarFilter::Kind::unfiled, {}, {}});
+    EXPECT_TRUE(again.becomes([&] { return rows->get_n_items() == kNotes; }));
+    EXPECT_EQ(view.selectedNotes(), std::vector<Uuid>{last});
+}
+
 TEST(MainWindow, DisablesNoteCommandsWhileNoNoteIsSelected) {
     const TemporaryFolder folder;
     Program run(folder);
