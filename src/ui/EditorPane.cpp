@@ -40,6 +40,7 @@ GtkSourceBuffer* sourceBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer) {
 }
 
 Gtk::TextView* makeView() {
+    sourcestyle::useOwnSchemesOnly();
     auto* view = Glib::wrap(GTK_TEXT_VIEW(gtk_source_view_new()));
     view->add_css_class("note-editor");
     view->set_monospace(true);

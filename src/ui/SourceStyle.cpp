@@ -7,6 +7,7 @@
 #include <glibmm/checksum.h>
 #include <glibmm/fileutils.h>
 #include <glibmm/miscutils.h>
+#include <unistd.h>
 
 #include <array>
 #include <string_view>
@@ -16,6 +17,7 @@ namespace corvel::sourcestyle {
 namespace {
 
 constexpr const char* kLanguageID = "corvel-markdown";
+constexpr const char* kSchema = "language2.rng";
 
 // Line by line, so that one key in a long note is coloured at once. Only fences span lines.
 constexpr std::string_view kLanguage = R"xml(<?xml version="1.0" encoding="UTF-8"?>
@@ -81,8 +83,17 @@ std::string cacheFolder() {
     return Glib::build_filename(Glib::get_user_cache_dir(), "qno Corvel", "editor");
 }
 
+bool holds(const std::string& path, std::string_view bytes) {
+    char* content = nullptr;
+    gsize size = 0;
+    if (g_file_get_contents(path.c_str(), &content, &size, nullptr) == FALSE) return false;
+    const Handle<char, g_free> held(content);
+    return std::string_view(content, size) == bytes;
+}
+
 bool write(const std::string& name, std::string_view bytes) {
     const std::string folder = cacheFolder();
+    if (holds(Glib::build_filename(folder, name), bytes)) return true;
     g_mkdir_with_parents(folder.c_str(), 0700);
     try {
         Glib::file_set_contents(Glib::build_filename(folder, name), std::string(bytes));
@@ -93,11 +104,36 @@ bool write(const std::string& name, std::string_view bytes) {
     }
 }
 
+/// The schema that a language file is checked by; empty when the library has moved it.
+std::string systemSchema() {
+    const auto* folders =
+        gtk_source_language_manager_get_search_path(gtk_source_language_manager_get_default());
+    for (; folders != nullptr && *folders != nullptr; ++folders) {
+        auto path = Glib::build_filename(*folders, kSchema);
+        if (Glib::file_test(path, Glib::FileTest::IS_REGULAR)) return path;
+    }
+    return {};
+}
+
+/// Whether the schema is to be found beside our language.
+bool linkSchema() {
+    const std::string link = Glib::build_filename(cacheFolder(), kSchema);
+    if (Glib::file_test(link, Glib::FileTest::IS_REGULAR)) return true;
+    const std::string schema = systemSchema();
+    unlink(link.c_str());  // one that leads nowhere any more
+    return !schema.empty() && symlink(schema.c_str(), link.c_str()) == 0;
+}
+
 GtkSourceLanguageManager* makeLanguages() {
     GtkSourceLanguageManager* manager = gtk_source_language_manager_new();
     const std::string folder = cacheFolder();
-    // The library's own folders stay: the language refers to their schema.
-    gtk_source_language_manager_append_search_path(manager, folder.c_str());
+    const std::array<const char*, 2> alone{folder.c_str(), nullptr};
+    // The library would read all of its 170 languages where its own folder is searched.
+    if (linkSchema()) {
+        gtk_source_language_manager_set_search_path(manager, alone.data());
+    } else {
+        gtk_source_language_manager_append_search_path(manager, folder.c_str());
+    }
     return manager;
 }
 
@@ -142,10 +178,15 @@ GtkSourceStyleScheme* scheme(const Theme& theme) {
     auto* manager = gtk_source_style_scheme_manager_get_default();
     if (auto* known = gtk_source_style_scheme_manager_get_scheme(manager, id.c_str())) return known;
     if (!write(id + ".xml", schemeXml(theme, id))) return nullptr;
+    gtk_source_style_scheme_manager_force_rescan(manager);
+    return gtk_source_style_scheme_manager_get_scheme(manager, id.c_str());
+}
+
+void useOwnSchemesOnly() {
     const std::string folder = cacheFolder();
     const std::array<const char*, 2> path{folder.c_str(), nullptr};
-    gtk_source_style_scheme_manager_set_search_path(manager, path.data());
-    return gtk_source_style_scheme_manager_get_scheme(manager, id.c_str());
+    gtk_source_style_scheme_manager_set_search_path(gtk_source_style_scheme_manager_get_default(),
+                                                    path.data());
 }
 
 }  // namespace corvel::sourcestyle

@@ -12,6 +12,8 @@ namespace corvel {
 /// themes. Both are written to the cache folder when they are missing.
 namespace sourcestyle {
 
+/// To be called before the first buffer is made, which would read all schemes of the system.
+void useOwnSchemesOnly();
 /// None when the language cannot be written: the text then stays in one colour.
 GtkSourceLanguage* language();
 /// The scheme of a theme's colours; none when it cannot be written.
