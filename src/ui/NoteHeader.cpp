@@ -2,6 +2,7 @@
 
 #include "app/Texts.h"
 #include "ui/Accessible.h"
+#include "ui/LazyMenu.h"
 
 #include <initializer_list>
 
@@ -93,7 +94,7 @@ void NoteHeader::relabel() {
     labelControl(m_assistant, assistantName, withShortcut(assistantName, CommandID::assistant));
     labelControl(m_menu, say(texts::noteMenu));
     labelControl(m_sidebar, say(texts::showSidebar));
-    m_menu.set_menu_model(noteMenu());
+    setLazyMenu(m_menu, noteMenu());
 }
 
 void NoteHeader::followMode() {

@@ -4,6 +4,7 @@
 #include "ui/Accessible.h"
 #include "ui/Dialogs.h"
 #include "ui/EmptyState.h"
+#include "ui/LazyMenu.h"
 
 #include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/gestureclick.h>
@@ -297,8 +298,8 @@ void NoteListPane::relabel() {
     setAccessibleLabel(m_search, texts(texts::search));
     m_search.property_placeholder_text() = texts(texts::search);
     labelControl(m_sidebarButton, texts(texts::showSidebar));
-    m_sortButton.set_menu_model(m_menus.sort());
-    m_importButton.set_menu_model(m_menus.importing());
+    setLazyMenu(m_sortButton, m_menus.sort());
+    setLazyMenu(m_importButton, m_menus.importing());
     labelControl(m_sortButton, texts(texts::sortBy));
     labelControl(m_importButton, texts(texts::importNotes),
                  withShortcutNames(texts(texts::importTooltip)));

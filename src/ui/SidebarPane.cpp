@@ -2,6 +2,7 @@
 
 #include "app/Texts.h"
 #include "ui/Accessible.h"
+#include "ui/LazyMenu.h"
 #include "ui/NoteDrag.h"
 
 #include <giomm/simpleactiongroup.h>
@@ -341,7 +342,7 @@ void SidebarPane::focusList() {
 void SidebarPane::relabel() {
     const auto& texts = m_session.texts;
     m_title.set_text(texts(texts::programName));
-    m_menuButton.set_menu_model(m_menus.primary());
+    setLazyMenu(m_menuButton, m_menus.primary());
     labelControl(m_hideButton, texts(texts::hideSidebar));
     labelControl(m_menuButton, texts(texts::mainMenu));
     setAccessibleLabel(m_rows, texts(texts::sidebarPane));
