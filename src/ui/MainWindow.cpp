@@ -61,7 +61,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     followWidth();
     buildDrop();
     connect();
-    relabel();
+    labelFrame();
     showSidebarButton();
 }
 
@@ -136,10 +136,14 @@ void MainWindow::connect() {
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
 }
 
-void MainWindow::relabel() {
+void MainWindow::labelFrame() {
     m_window.set_title(m_session.texts(texts::programName));
-    m_menus.relabel();
     m_layout.relabel(m_session.texts);
+}
+
+void MainWindow::relabel() {
+    labelFrame();
+    m_menus.relabel();
     m_sidebar.relabel();
     m_list.relabel();
     m_import.relabel();

@@ -41,6 +41,7 @@ private:
     void followWidth();
     void buildDrop();
     void connect();
+    void labelFrame();
     void relabel();
     void showSidebarButton();
     void cyclePane(int step);

@@ -145,7 +145,7 @@ void PaneLayout::showList() {
 void PaneLayout::arrange() {
     if (m_isArranging) return;
     m_isArranging = true;
-    const int note = noteWidth();
+    const int note = m_available == 0 ? 0 : noteWidth();
     const bool fitsAll =
         m_available == 0 ||
         (m_available >= kThreePanes && m_available >= kSidebarSmallest + kListSmallest + note);
