@@ -1,5 +1,7 @@
 #include "platform/gtk/WebRoom.h"
 
+#include "platform/gtk/WebLibrary.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -78,10 +80,15 @@ WebKitNetworkSession* makeSession() {
     return session;
 }
 
+std::shared_ptr<ContentFilter> compileFilter() {
+    weblibrary::load();
+    return ContentFilter::compile();
+}
+
 }  // namespace
 
 WebRoom::WebRoom()
-    : m_filter(ContentFilter::compile())
+    : m_filter(compileFilter())
     , m_context(webkit_web_context_new())
     , m_session(makeSession())
     , m_settings(makeSettings()) {
