@@ -12,12 +12,31 @@
 #include <glib-unix.h>
 
 #include <csignal>
+#include <cstdlib>
 
 namespace corvel {
 
 namespace {
 
 constexpr const char* kApplicationID = "com.qno.corvel";
+constexpr const char* kThemeVariable = "GTK_THEME";
+
+/// The toolkit loads its own style sheet when it starts, and libadwaita then replaces it by one of
+/// its own. While this lives an empty one is loaded instead, unless the user asks for a theme.
+class EmptyTheme {
+public:
+    EmptyTheme() : m_isUsers(std::getenv(kThemeVariable) != nullptr) {
+        if (!m_isUsers) setenv(kThemeVariable, "Adwaita-empty", 0);
+    }
+    EmptyTheme(const EmptyTheme&) = delete;
+    EmptyTheme& operator=(const EmptyTheme&) = delete;
+    ~EmptyTheme() {
+        if (!m_isUsers) unsetenv(kThemeVariable);
+    }
+
+private:
+    bool m_isUsers;
+};
 
 }  // namespace
 
@@ -30,7 +49,10 @@ Glib::RefPtr<Application> Application::create() {
 }
 
 void Application::on_startup() {
-    Gtk::Application::on_startup();
+    {
+        const EmptyTheme untilAdwaitaTakesOver;
+        Gtk::Application::on_startup();
+    }
     claimMainThread();
     adw_init();
     registerResources();
