@@ -31,6 +31,8 @@ public:
     /// Seconds between an edit and its saving; at least a tenth of a second.
     double autoSaveInterval() const;
     EditorMode defaultEditorMode() const;
+    /// Whether previews may fetch images from the web.
+    bool loadRemoteImages() const { return m_defaults.boolean("loadRemoteImages").value_or(true); }
     int trashRetentionDays() const { return m_defaults.integer("trashRetentionDays").value_or(30); }
     std::string aiProvider() const { return m_defaults.string("aiProvider").value_or("claude"); }
     /// The model chosen for "claude", "openai" or "gemini"; empty for another provider.
@@ -46,6 +48,7 @@ public:
     void setDefaultEditorMode(EditorMode mode) {
         m_defaults.setString("defaultEditorMode", rawValue(mode));
     }
+    void setLoadRemoteImages(bool on) { m_defaults.setBoolean("loadRemoteImages", on); }
     void setTrashRetentionDays(int days) { m_defaults.setInteger("trashRetentionDays", days); }
     void setAIProvider(const std::string& provider) {
         m_defaults.setString("aiProvider", provider);
