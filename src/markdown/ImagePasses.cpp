@@ -1,7 +1,10 @@
 #include "markdown/ImagePasses.h"
 
 #include "markdown/BareUrl.h"
+#include "markdown/ImageSourceScanner.h"
 #include "markdown/PatternSpace.h"
+
+#include <glib.h>
 
 #include <algorithm>
 
@@ -145,6 +148,21 @@ std::optional<WidthMatch> WidthScanner::widthBehind(std::size_t tagEnd) const {
     return WidthMatch{{tagEnd, end + 1}, m_html.substr(value, end - value)};
 }
 
+bool hasRemoteScheme(std::string_view address) {
+    for (const std::string_view scheme : {"http://", "https://"}) {
+        const auto start = address.substr(0, scheme.size());
+        if (std::ranges::equal(start, scheme, {}, g_ascii_tolower)) return true;
+    }
+    return false;
+}
+
+// No scheme, no root, no place in the page itself.
+bool isRelative(std::string_view address) {
+    if (address.empty() || address.front() == '/' || address.front() == '#') return false;
+    const std::size_t colon = address.find(':');
+    return colon == kNone || address.find('/') < colon;
+}
+
 }  // namespace
 
 std::string replaceAttachments(std::string html, const Replacement& replacement) {
@@ -181,6 +199,28 @@ std::string applyWidths(std::string html) {
         std::string style = " style=\"width:";
         style.append(match->value).append(";\">");
         rewriter.replace(match->span, style);
+    }
+    return rewriter.finish();
+}
+
+std::string markRemoteSources(std::string html, std::string_view scheme) {
+    ImageSourceScanner scanner(html);
+    Rewriter rewriter(html);
+    while (const auto source = scanner.next()) {
+        const auto address =
+            std::string_view(html).substr(source->begin, source->end - source->begin);
+        if (hasRemoteScheme(address)) rewriter.replace({source->begin, source->begin}, scheme);
+    }
+    return rewriter.finish();
+}
+
+std::string resolveRelativeSources(std::string html, std::string_view folder) {
+    ImageSourceScanner scanner(html);
+    Rewriter rewriter(html);
+    while (const auto source = scanner.next()) {
+        const auto address =
+            std::string_view(html).substr(source->begin, source->end - source->begin);
+        if (isRelative(address)) rewriter.replace({source->begin, source->begin}, folder);
     }
     return rewriter.finish();
 }

@@ -19,6 +19,13 @@ std::string replaceAttachments(std::string html, const Replacement& replacement)
 /// Group 2 of each "(<img\s[^>]*src\s*=\s*\")(/[^\"]+)(\"[^>]*>)", where `replacement` has one.
 std::string replaceLocalSources(std::string html, const Replacement& replacement);
 
+/// Writes `scheme` before the http or https address of each image.
+std::string markRemoteSources(std::string html, std::string_view scheme);
+
+/// Writes `folder`, an absolute address that ends in a slash, before each image's address that is
+/// relative.
+std::string resolveRelativeSources(std::string html, std::string_view folder);
+
 /// "(<img\s[^>]*>)\s*\{width=([^}]+)\}": the width becomes a style of the image.
 std::string applyWidths(std::string html);
 

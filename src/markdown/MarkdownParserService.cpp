@@ -8,7 +8,10 @@
 #include "markdown/HtmlEscape.h"
 #include "markdown/ImagePasses.h"
 #include "markdown/LocalImage.h"
+#include "platform/Handle.h"
 #include "platform/Text.h"
+
+#include <glib.h>
 
 #include <utility>
 
@@ -66,6 +69,22 @@ std::string MarkdownParserService::postProcessImages(std::string html) const {
     html = imagepasses::replaceAttachments(std::move(html), attachment);
     html = imagepasses::replaceLocalSources(std::move(html), localFile);
     return imagepasses::applyWidths(std::move(html));
+}
+
+std::string MarkdownParserService::markRemoteImages(std::string html) {
+    return imagepasses::markRemoteSources(std::move(html), std::string(kRemoteImageScheme) + ":");
+}
+
+std::string MarkdownParserService::resolveImages(std::string html,
+                                                 const std::filesystem::path& folder) {
+    const Handle<gchar, g_free> path(
+        g_uri_escape_string((folder / "").c_str(), G_URI_RESERVED_CHARS_ALLOWED_IN_PATH, TRUE));
+    std::string base = path.get();
+    // A quotation mark would end the attribute.
+    for (std::size_t at = base.find('\''); at != std::string::npos; at = base.find('\'', at)) {
+        base.replace(at, 1, "%27");
+    }
+    return imagepasses::resolveRelativeSources(std::move(html), base);
 }
 
 std::string MarkdownParserService::fullPage(std::string_view title,

@@ -3,6 +3,7 @@
 #include "platform/Uuid.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -10,6 +11,10 @@
 #include <vector>
 
 namespace corvel {
+
+/// The scheme under which a page asks the program for an image from the web; the image's whole
+/// address follows it.
+inline constexpr const char* kRemoteImageScheme = "corvel-image";
 
 /// Fonts and sizes of the e-mail page.
 struct EmailStyle {
@@ -40,6 +45,12 @@ public:
     /// Attachment references and local image files become `data:` URLs, `{width=…}` becomes a
     /// style.
     std::string postProcessImages(std::string html) const;
+
+    /// For a web view that may show images from the web: their addresses get the scheme that
+    /// reaches the program.
+    static std::string markRemoteImages(std::string html);
+    /// For a page of a file: relative addresses of images start at `folder`, an absolute path.
+    static std::string resolveImages(std::string html, const std::filesystem::path& folder);
 
     static std::string fullPage(std::string_view title,
                                 std::string_view css,

@@ -5,13 +5,15 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace corvel {
 
 namespace {
 
 std::string policyFor(const std::string& scriptHash) {
-    return "default-src 'none'; img-src data:; style-src 'unsafe-inline'; script-src '" +
+    return "default-src 'none'; img-src data: corvel-image:; style-src 'unsafe-inline'; script-src "
+           "'" +
            scriptHash + "'; base-uri 'none'; form-action 'none'";
 }
 
@@ -87,14 +89,18 @@ std::shared_ptr<ContentFilter> compileFilter() {
 
 }  // namespace
 
-WebRoom::WebRoom()
+WebRoom::WebRoom(Permission mayLoadImages)
     : m_filter(compileFilter())
+    , m_images(std::make_shared<ImageScheme>(std::move(mayLoadImages)))
     , m_context(webkit_web_context_new())
     , m_session(makeSession())
     , m_settings(makeSettings()) {
     webkit_web_context_set_cache_model(m_context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);
     webkit_web_context_set_spell_checking_enabled(m_context.get(), FALSE);
+    ImageScheme::registerIn(m_context.get(), m_images);
 }
+
+WebRoom::~WebRoom() = default;
 
 std::unique_ptr<WebKitView> WebRoom::makeView(const std::string& scriptHash) const {
     const GObjectHandle<WebKitUserContentManager> content(webkit_user_content_manager_new());
