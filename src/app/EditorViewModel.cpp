@@ -78,6 +78,7 @@ void EditorViewModel::startSession() {
     m_titleFollows = m_note && (m_note->title.empty() || m_note->title == titleOf(m_note->content));
     m_wordCount = m_note ? m_note->wordCount : 0;
     m_saveState = {};
+    m_scroll.open(m_note ? std::optional(m_note->id) : std::nullopt);
     m_opened.emit();
     m_saveStateChanged.emit();
     if (m_note) m_render.emit(m_note->content);

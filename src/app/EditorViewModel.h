@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ScrollSync.h"
 #include "app/settings/Preferences.h"
 #include "library/DraftJournal.h"
 #include "library/NoteRepository.h"
@@ -68,6 +69,9 @@ public:
     /// Minutes to read it at 200 words a minute, at least 1.
     int readingMinutes() const;
 
+    /// Where the open note is scrolled to, in editor and preview.
+    ScrollSync& scroll() { return m_scroll; }
+
     /// Another note is open, or none, or the open one was changed by others: views read everything
     /// anew.
     sigc::signal<void()>& signalOpened() { return m_opened; }
@@ -101,6 +105,7 @@ private:
     const Preferences& m_preferences;
     DraftJournal m_draft;
     TextSource m_source;
+    ScrollSync m_scroll;
     std::optional<Note> m_note;
     bool m_contentEdited = false;
     bool m_titleEdited = false;

@@ -61,10 +61,13 @@ void PreviewCoordinator::connect() {
         sigc::mem_fun(*this, &PreviewCoordinator::followLink)));
 }
 
-void PreviewCoordinator::show(std::string_view stylesheet, std::string body, Position position) {
-    if (position == Position::top) {
-        m_scrollPercent = 0;
-        m_scrollAfterPush = 0;
+void PreviewCoordinator::show(std::string_view stylesheet,
+                              std::string body,
+                              std::optional<double> percent) {
+    if (percent) {
+        m_scrollPercent = *percent;
+        m_scrollAfterPush = percent;
+        m_pendingScrollPercent.reset();
     }
     if (body == m_refusedBody) {
         m_pendingBody.reset();

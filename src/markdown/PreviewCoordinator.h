@@ -16,11 +16,10 @@ namespace corvel {
 
 /// Keeps one web view showing the newest body. The page is loaded once per stylesheet, always
 /// empty; bodies are pushed by script, one at a time, and while one is under way only the newest
-/// waits. A push that fails is tried once more in a fresh page.
+/// waits. A push that fails is tried once
+/// more in a fresh page.
 class PreviewCoordinator : public std::enable_shared_from_this<PreviewCoordinator> {
 public:
-    enum class Position { keep, top };
-
     /// How long the page may take for one answer before its process is ended.
     static constexpr std::chrono::milliseconds kPatience{8000};
 
@@ -28,8 +27,11 @@ public:
     static std::shared_ptr<PreviewCoordinator> create(
         WebView& view, std::chrono::milliseconds patience = kPatience);
 
-    /// Shows `body` under `stylesheet`. `position` says where the page stands afterwards.
-    void show(std::string_view stylesheet, std::string body, Position position = Position::keep);
+    /// Shows `body` under `stylesheet`. `percent` says where the page stands afterwards; without it
+    /// the page stays where it is.
+    void show(std::string_view stylesheet,
+              std::string body,
+              std::optional<double> percent = std::nullopt);
     /// Scrolls the page without its reporting back.
     void setScrollPercent(double percent);
     /// The reader scrolled the page.

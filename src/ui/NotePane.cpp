@@ -24,13 +24,14 @@ NotePane::NotePane(Session& session)
     , m_note(Gtk::Orientation::VERTICAL)
     , m_body(Gtk::Orientation::HORIZONTAL)
     , m_editor(session.preferences, session.themes)
-    , m_preview(session.parser, session.themes, session.texts)
+    , m_preview(session)
     , m_status(session) {
     add_css_class("corvel-note");
     build();
     buildTrashBar();
     buildEmptyState();
     follow();
+    followScrolling();
     relabel();
     applyMode();
     noteOpened();
@@ -134,7 +135,8 @@ void NotePane::followTitleKeys() {
 void NotePane::noteOpened() {
     const auto& note = m_session.editor.note();
     const auto id = note ? std::optional(note->id) : std::nullopt;
-    m_isAtTop = m_isAtTop || id != m_shownID;
+    const bool isAnother = id != m_shownID;
+    m_isAnother = m_isAnother || isAnother;
     m_shownID = id;
     m_header.setHasNote(note.has_value());
     const bool hadFocus = m_editor.hasTextFocus();
@@ -148,6 +150,8 @@ void NotePane::noteOpened() {
     m_title.set_text(m_session.editor.title());
     m_isFilling = false;
     m_editor.open(note->id, note->content);
+    const double place = m_session.editor.scroll().scrollPercent();
+    if (isAnother && place > 0) m_editorScroll.set(place);
     noteStateChanged();
 }
 
@@ -166,9 +170,22 @@ void NotePane::titleChanged() {
 }
 
 void NotePane::render(const std::string& markdown) {
-    using Position = PreviewCoordinator::Position;
-    const bool isAtTop = std::exchange(m_isAtTop, false);
-    m_preview.show(markdown, isAtTop ? Position::top : Position::keep);
+    const bool isAnother = std::exchange(m_isAnother, false);
+    m_preview.show(markdown, isAnother ? std::optional(m_session.editor.scroll().scrollPercent())
+                                       : std::nullopt);
+}
+
+void NotePane::followScrolling() {
+    auto& scroll = m_session.editor.scroll();
+    m_editorScroll.signalScrolled().connect(
+        [&scroll](double percent) { scroll.editorScrolled(percent); });
+    m_preview.onScrollChanged = [&scroll](double percent) { scroll.previewScrolled(percent); };
+    m_connections.emplace_back(scroll.signalScrolled().connect([this, &scroll] {
+        m_preview.setScroll(scroll.scrollPercent(), scroll.scrollSource());
+        if (scroll.scrollSource() == ScrollSource::preview) {
+            m_editorScroll.set(scroll.scrollPercent());
+        }
+    }));
 }
 
 void NotePane::applyMode() {

@@ -3,7 +3,8 @@
 #include "app/Session.h"
 #include "ui/EditorPane.h"
 #include "ui/NoteHeader.h"
-#include "ui/PreviewPane.h"
+#include "ui/PreviewView.h"
+#include "ui/ScrollFollower.h"
 #include "ui/StatusLine.h"
 
 #include <gtkmm/box.h>
@@ -39,6 +40,7 @@ private:
     void buildEmptyState();
     void follow();
     void followTitleKeys();
+    void followScrolling();
     void noteOpened();
     void noteStateChanged();
     void titleChanged();
@@ -57,14 +59,15 @@ private:
     Gtk::Button m_restore;
     Gtk::Paned m_body;
     EditorPane m_editor;
-    PreviewPane m_preview;
+    ScrollFollower m_editorScroll{m_editor.get_vadjustment()};
+    PreviewView m_preview;
     StatusLine m_status;
     adw::StatusPage m_empty;
     Gtk::Button m_create;
 
     std::optional<Uuid> m_shownID;
     bool m_isFilling = false;  ///< the pane itself writes the title
-    bool m_isAtTop = false;    ///< the next rendering is another note's
+    bool m_isAnother = false;  ///< the next rendering is another note's
     std::vector<ScopedConnection> m_connections;
 };
 

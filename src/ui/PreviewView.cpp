@@ -1,4 +1,4 @@
-#include "ui/PreviewPane.h"
+#include "ui/PreviewView.h"
 
 #include "app/Texts.h"
 #include "markdown/PreviewPage.h"
@@ -24,12 +24,9 @@ constexpr const char* kPlainPage = "plain";
 
 }  // namespace
 
-PreviewPane::PreviewPane(const MarkdownParserService& parser,
-                         ThemeManager& themes,
-                         const Localisation& texts)
-    : m_parser(parser)
-    , m_themes(themes)
-    , m_texts(texts)
+PreviewView::PreviewView(Session& session, PreviewStyle style)
+    : m_session(session)
+    , m_style(std::move(style))
     , m_rendering(Gio::Cancellable::create())
     , m_plain(Gtk::Orientation::VERTICAL) {
     add_css_class("note-preview");
@@ -51,10 +48,17 @@ PreviewPane::PreviewPane(const MarkdownParserService& parser,
     m_stack.set_expand(true);
     append(m_stack);
 
-    m_themeChanged = themes.signalCurrentChanged().connect([this] { applyColors(); });
+    m_themeChanged = session.themes.signalCurrentChanged().connect([this] { applyColors(); });
+    m_preferenceChanged =
+        session.preferences.signalChanged().connect([this](const std::string& key) {
+            if (key != "loadRemoteImages") return;
+            m_isStale = true;
+            refresh();
+        });
     signal_map().connect([this] {
         if (m_view) {
             refresh();
+            scrollSoon();
             return;
         }
         // After the frame that brings the window up: the view's process takes a moment to start.
@@ -68,34 +72,59 @@ PreviewPane::PreviewPane(const MarkdownParserService& parser,
     relabel();
 }
 
-PreviewPane::~PreviewPane() {
+PreviewView::~PreviewView() {
     m_rendering->cancel();
+    if (m_tick != 0) remove_tick_callback(m_tick);
     m_coordinator.reset();
     if (m_view) m_page.remove(m_view->widget());
 }
 
-void PreviewPane::makeWebView() {
+void PreviewView::makeWebView() {
     if (m_view) return;
-    m_room = std::make_unique<WebRoom>();
+    m_room = std::make_unique<WebRoom>([this] { return m_session.preferences.loadRemoteImages(); });
     m_view = m_room->makeView(PreviewPage::scriptHash());
     m_view->widget().set_expand(true);
     m_page.append(m_view->widget());
     m_coordinator = PreviewCoordinator::create(*m_view);
-    m_coordinator->signalShown().connect(sigc::mem_fun(*this, &PreviewPane::showWebPage));
-    m_coordinator->signalUnavailable().connect(sigc::mem_fun(*this, &PreviewPane::showPlainText));
-    m_coordinator->signalLinkOpened().connect(sigc::ptr_fun(&PreviewPane::openLink));
+    m_coordinator->signalShown().connect(sigc::mem_fun(*this, &PreviewView::showWebPage));
+    m_coordinator->signalUnavailable().connect(sigc::mem_fun(*this, &PreviewView::showPlainText));
+    m_coordinator->signalLinkOpened().connect(sigc::mem_fun(*this, &PreviewView::openLink));
+    m_coordinator->signalScrollChanged().connect([this](double percent) {
+        m_scroll.reset();
+        if (onScrollChanged) onScrollChanged(percent);
+    });
     relabel();
     applyColors();
 }
 
-void PreviewPane::show(const std::string& markdown, PreviewCoordinator::Position position) {
+void PreviewView::show(const std::string& markdown, std::optional<double> percent) {
     m_markdown = markdown;
-    if (position == PreviewCoordinator::Position::top) m_position = position;
+    if (percent) {
+        m_place = percent;
+        m_scroll.reset();
+    }
     m_isStale = true;
     refresh();
 }
 
-void PreviewPane::refresh() {
+void PreviewView::setScroll(double percent, ScrollSource source) {
+    if (source == ScrollSource::preview) return;
+    m_scroll = percent;
+    scrollSoon();
+}
+
+// However often the editor moves, the page is moved once a frame.
+void PreviewView::scrollSoon() {
+    if (!m_scroll || m_tick != 0 || !get_mapped()) return;
+    m_tick = add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
+        m_tick = 0;
+        if (m_scroll && m_coordinator)
+            m_coordinator->setScrollPercent(*std::exchange(m_scroll, std::nullopt));
+        return false;
+    });
+}
+
+void PreviewView::refresh() {
     if (!m_isStale || !m_coordinator || !get_mapped()) return;
     m_isStale = false;
     m_rendering->cancel();
@@ -112,45 +141,66 @@ void PreviewPane::refresh() {
                       });
 }
 
-void PreviewPane::showRendered(RenderOutcome outcome) {
+void PreviewView::showRendered(RenderOutcome outcome) {
     if (outcome.isPlainText) {
         showPlainText();
         return;
     }
-    m_coordinator->show(generateCSS(m_themes.currentTheme()),
-                        m_parser.postProcessImages(std::move(outcome.html)),
-                        std::exchange(m_position, PreviewCoordinator::Position::keep));
+    std::string body = std::move(outcome.html);
+    if (!m_style.imageFolder.empty()) {
+        body = MarkdownParserService::resolveImages(std::move(body), m_style.imageFolder);
+    }
+    body = m_session.parser.postProcessImages(std::move(body));
+    if (m_session.preferences.loadRemoteImages()) {
+        body = MarkdownParserService::markRemoteImages(std::move(body));
+    }
+    m_coordinator->show(generateCSS(m_session.themes.currentTheme()) + m_style.extraCss, std::move(body),
+                        std::exchange(m_place, std::nullopt));
 }
 
-void PreviewPane::showWebPage() {
+void PreviewView::showWebPage() {
     m_stack.set_visible_child(kWebPage);
     m_plainText.get_buffer()->set_text("");
 }
 
-void PreviewPane::showPlainText() {
+void PreviewView::showPlainText() {
     const std::string text = m_markdown.size() > kMostMarkdown ? "" : text::repaired(m_markdown);
     m_plainText.get_buffer()->set_text(text);
     m_stack.set_visible_child(kPlainPage);
     relabel();
 }
 
-void PreviewPane::applyColors() {
+void PreviewView::applyColors() {
     if (!m_view) return;
     Gdk::RGBA background;
-    background.set(hexString(colorFromHex(m_themes.currentTheme().colors.background)));
+    background.set(hexString(colorFromHex(m_session.themes.currentTheme().colors.background)));
     m_view->setBackground(background);
     m_isStale = true;
     refresh();
 }
 
-void PreviewPane::relabel() {
+void PreviewView::relabel() {
     const bool isTooLarge = m_markdown.size() > kMostMarkdown;
-    m_notice.set_text(m_texts(isTooLarge ? texts::previewTooLarge : texts::previewUnavailable));
-    setAccessibleLabel(m_plainText, m_texts(texts::modePreview));
-    if (m_view) setAccessibleLabel(m_view->widget(), m_texts(texts::modePreview));
+    m_notice.set_text(m_session.texts(isTooLarge ? texts::previewTooLarge : texts::previewUnavailable));
+    const std::string label = m_label.empty() ? m_session.texts(texts::modePreview) : m_label;
+    setAccessibleLabel(m_plainText, label);
+    if (m_view) setAccessibleLabel(m_view->widget(), label);
 }
 
-void PreviewPane::openLink(const std::string& url) {
+void PreviewView::setLabel(const std::string& label) {
+    m_label = label;
+    relabel();
+}
+
+void PreviewView::focusPage() {
+    if (m_view && m_stack.get_visible_child() == &m_page) {
+        m_view->widget().grab_focus();
+    } else {
+        m_plainText.grab_focus();
+    }
+}
+
+void PreviewView::openLink(const std::string& url) {
     // What the desktop cannot open it says itself; the note stays as it is.
     Gio::AppInfo::launch_default_for_uri_async(url, Gio::SlotAsyncReady());
 }

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "app/settings/Localisation.h"
+#include "app/ScrollSync.h"
+#include "app/Session.h"
 #include "markdown/GuardedRenderer.h"
-#include "markdown/MarkdownParserService.h"
 #include "markdown/PreviewCoordinator.h"
 #include "platform/ScopedConnection.h"
 #include "platform/gtk/WebRoom.h"
-#include "themes/ThemeManager.h"
 
 #include <giomm/cancellable.h>
 #include <gtkmm/box.h>
@@ -14,22 +13,40 @@
 #include <gtkmm/stack.h>
 #include <gtkmm/textview.h>
 
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace corvel {
 
-/// The rendered note. The web view is made when the pane is first on screen, after that frame; what
-/// is not on screen is not rendered.
-class PreviewPane : public Gtk::Box {
-public:
-    PreviewPane(const MarkdownParserService& parser,
-                ThemeManager& themes,
-                const Localisation& texts);
-    ~PreviewPane() override;
+/// How a page differs from the live preview's.
+struct PreviewStyle {
+    std::string extraCss;               ///< behind the theme's style sheet
+    std::filesystem::path imageFolder;  ///< where relative image addresses start; empty for nowhere
+};
 
-    void show(const std::string& markdown, PreviewCoordinator::Position position);
+/// A rendered Markdown text. The web view is made when the widget is first on screen, after that
+/// frame; what is not on screen is not rendered. A text that cannot be rendered is shown as it is,
+/// with a notice.
+class PreviewView : public Gtk::Box {
+public:
+    explicit PreviewView(Session& session, PreviewStyle style = {});  // must outlive the view
+    ~PreviewView() override;
+
+    /// Shows `markdown`. `percent` says where the page stands afterwards; without it the page stays
+    /// where it is.
+    void show(const std::string& markdown, std::optional<double> percent = std::nullopt);
+    /// Follows the editor; a position that came from the page itself is not pushed back to it.
+    void setScroll(double percent, ScrollSource source);
+    /// What the page is called for assistive technology.
+    void setLabel(const std::string& label);
+    void focusPage();
     void relabel();
+
+    /// The reader scrolled the page.
+    std::function<void(double percent)> onScrollChanged;
 
 private:
     void makeWebView();
@@ -38,15 +55,18 @@ private:
     void showWebPage();
     void showPlainText();
     void applyColors();
-    static void openLink(const std::string& url);
+    void scrollSoon();
+    void openLink(const std::string& url);
 
-    const MarkdownParserService& m_parser;
-    const ThemeManager& m_themes;
-    const Localisation& m_texts;
+    Session& m_session;
+    PreviewStyle m_style;
+    std::string m_label;
     GuardedRenderer m_renderer;
     Glib::RefPtr<Gio::Cancellable> m_rendering;  // the newest request
     std::string m_markdown;
-    PreviewCoordinator::Position m_position = PreviewCoordinator::Position::keep;
+    std::optional<double> m_place;   // where the text to come is to stand
+    std::optional<double> m_scroll;  // where the page is to be with the next frame
+    guint m_tick = 0;
     bool m_isStale = false;
 
     Gtk::Stack m_stack;
@@ -60,6 +80,7 @@ private:
     std::shared_ptr<PreviewCoordinator> m_coordinator;
     ScopedConnection m_makingView;
     ScopedConnection m_themeChanged;
+    ScopedConnection m_preferenceChanged;
 };
 
 }  // namespace corvel

@@ -11,7 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Position = PreviewCoordinator::Position;
 
 /// Keeps what is asked of it; the test decides when it answers.
 class FakeWebView : public WebView {
@@ -114,7 +113,7 @@ TEST_F(PreviewCoordinatorTest, ReloadsForAnotherStylesheetAndReturnsToThePositio
 TEST_F(PreviewCoordinatorTest, StartsAnotherNoteAtItsTop) {
     showLoaded("body");
     view.scroll(0.5);
-    coordinator->show("css", "another", Position::top);
+    coordinator->show("css", "another", 0.0);
     view.answer();
     EXPECT_THAT(view.scripts, ElementsAre(update("another"), "scrollToPercent(0);"));
 }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/ScopedConnection.h"
+
+#include <gtkmm/adjustment.h>
+#include <sigc++/signal.h>
+
+#include <optional>
+
+namespace corvel {
+
+/// One scrolled pane as a share 0..1 of what can be scrolled. A share that was set is kept while
+/// the pane is still being laid out, until the user scrolls; setting it reports nothing.
+class ScrollFollower {
+public:
+    explicit ScrollFollower(const Glib::RefPtr<Gtk::Adjustment>& adjustment);
+
+    void set(double percent);
+    sigc::signal<void(double)>& signalScrolled() { return m_scrolled; }
+
+private:
+    double room() const;
+    void apply();
+    void moved();
+
+    Glib::RefPtr<Gtk::Adjustment> m_adjustment;
+    std::optional<double> m_wanted;
+    bool m_isApplying = false;
+    ScopedConnection m_layout;
+    ScopedConnection m_value;
+    sigc::signal<void(double)> m_scrolled;
+};
+
+}  // namespace corvel
