@@ -97,6 +97,7 @@ void PreviewCoordinator::load() {
 void PreviewCoordinator::loaded() {
     m_waiting.disconnect();
     m_initialLoadDone = true;
+    m_view.evaluate(PreviewPage::placeScript(), {});
     if (m_pendingBody) {
         // The page is new: the reader is brought back to where the old one stood.
         if (!m_scrollAfterPush && m_scrollPercent > 0) m_scrollAfterPush = m_scrollPercent;
@@ -117,7 +118,7 @@ void PreviewCoordinator::push(std::string body) {
         m_shown.emit();
         return;
     }
-    m_lastBody = std::move(body);
+    const std::string script = scriptFor(std::move(body));
     m_isPushing = true;
     m_isShown = false;
     const auto answer = [weak = weak_from_this(),
@@ -125,8 +126,23 @@ void PreviewCoordinator::push(std::string body) {
         const auto self = weak.lock();
         if (self && self->m_page == page && self->m_isPushing) self->pushFinished(error);
     };
-    m_view.evaluate(PreviewPage::updateScript(m_lastBody), answer);
+    m_view.evaluate(script, answer);
     startWaiting();
+}
+
+std::string PreviewCoordinator::scriptFor(std::string body) {
+    const std::string before = std::exchange(m_lastBody, std::move(body));
+    const bool isLong = m_lastBody.size() >= kLongBody;
+    const BodyBlocks blocksBefore =
+        std::exchange(m_lastBlocks, isLong ? BodyBlocks(m_lastBody) : BodyBlocks());
+    if (isLong && m_isShown) {
+        if (const auto run = changedBlocks(before, blocksBefore, m_lastBody, m_lastBlocks)) {
+            const auto piece =
+                std::string_view(m_lastBody).substr(run->begin, run->end - run->begin);
+            return PreviewPage::replaceScript(run->firstNode, run->endNode, piece);
+        }
+    }
+    return PreviewPage::updateScript(m_lastBody);
 }
 
 void PreviewCoordinator::pushFinished(const std::optional<std::string>& error) {

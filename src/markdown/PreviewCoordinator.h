@@ -1,5 +1,6 @@
 #pragma once
 
+#include "markdown/BodyBlocks.h"
 #include "platform/ScopedConnection.h"
 #include "platform/WebView.h"
 
@@ -16,12 +17,14 @@ namespace corvel {
 
 /// Keeps one web view showing the newest body. The page is loaded once per stylesheet, always
 /// empty; bodies are pushed by script, one at a time, and while one is under way only the newest
-/// waits. A push that fails is tried once
+/// waits. Of a long body only the blocks that changed are pushed. A push that fails is tried once
 /// more in a fresh page.
 class PreviewCoordinator : public std::enable_shared_from_this<PreviewCoordinator> {
 public:
     /// How long the page may take for one answer before its process is ended.
     static constexpr std::chrono::milliseconds kPatience{8000};
+    /// Bytes of body from which on only the changed blocks are pushed.
+    static constexpr std::size_t kLongBody = std::size_t{64} * 1024;
 
     /// `view` must outlive the coordinator.
     static std::shared_ptr<PreviewCoordinator> create(
@@ -52,6 +55,7 @@ private:
     void load();
     void loaded();
     void push(std::string body);
+    std::string scriptFor(std::string body);
     void pushFinished(const std::optional<std::string>& error);
     void pushSucceeded();
     void tryAgainInFreshPage();
@@ -66,6 +70,7 @@ private:
     std::chrono::milliseconds m_patience;
     std::string m_lastFullHTML;
     std::string m_lastBody;
+    BodyBlocks m_lastBlocks;
     bool m_initialLoadDone = false;
     std::optional<std::string> m_pendingBody;
     std::optional<double> m_pendingScrollPercent;

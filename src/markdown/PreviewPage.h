@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,13 @@ public:
 
     /// Replaces the shown body.
     static std::string updateScript(std::string_view body);
+    /// Replaces child nodes `firstNode` up to `endNode` of the shown body by `html`.
+    static std::string replaceScript(std::size_t firstNode,
+                                     std::size_t endNode,
+                                     std::string_view html);
+    /// Run once in a new page, before the first body: keeps the reader's place when images arrive
+    /// late, and the images that a new body has in common with the old one.
+    static const std::string& placeScript();
     /// Scrolls to a share, 0..1, of the scrollable height.
     static std::string scrollScript(double percent);
     /// Scrolls to the element with the id `fragment`.

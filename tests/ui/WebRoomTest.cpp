@@ -1,80 +1,18 @@
-#include "markdown/PreviewCoordinator.h"
-#include "markdown/PreviewPage.h"
-#include "platform/gtk/WebRoom.h"
+#include "markdown/MarkdownParserService.h"
+#include "ui/PageTest.h"
 
-#include <giomm/init.h>
 #include <giomm/socketlistener.h>
 #include <giomm/socketservice.h>
-#include <glibmm/main.h>
 #include <gmock/gmock.h>
-#include <gtkmm/init.h>
-#include <gtkmm/window.h>
+#include <libsoup/soup.h>
 
-#include <chrono>
-#include <fstream>
 #include <string>
+#include <string_view>
 
 namespace corvel {
 namespace {
 
-using namespace std::chrono_literals;
-
-/// A window with a closed room in it, and questions to the page that only a test may ask.
-class WebRoomTest : public testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        gtk_init();
-        Gtk::init_gtkmm_internals();
-    }
-
-    WebRoomTest() {
-        window.set_default_size(400, 300);
-        window.set_child(view->widget());
-        window.present();
-        coordinator->signalShown().connect([this] { shown = true; });
-        coordinator->signalLinkOpened().connect([this](auto& url) { opened = url; });
-    }
-    ~WebRoomTest() override { window.unset_child(); }
-
-    void show(const std::string& body) {
-        shown = false;
-        coordinator->show("p { margin: 0; }", body);
-        ASSERT_TRUE(waitFor([this] { return shown; }));
-    }
-
-    template <typename Condition>
-    static bool waitFor(Condition condition) {
-        const auto end = std::chrono::steady_clock::now() + 30s;
-        const auto tick = Glib::signal_timeout().connect([] { return true; }, 10);
-        while (!condition() && std::chrono::steady_clock::now() < end) {
-            Glib::MainContext::get_default()->iteration(true);
-        }
-        sigc::connection(tick).disconnect();
-        return condition();
-    }
-
-    /// The value of an expression in the page, as text.
-    std::string ask(const std::string& expression) {
-        std::optional<std::string> answer;
-        const auto answered = [](GObject* source, GAsyncResult* result, gpointer data) {
-            const GObjectHandle<JSCValue> value(webkit_web_view_evaluate_javascript_finish(
-                WEBKIT_WEB_VIEW(source), result, nullptr));
-            const Handle<char, g_free> text(value ? jsc_value_to_string(value.get()) : nullptr);
-            *static_cast<std::optional<std::string>*>(data) = text ? text.get() : "(error)";
-        };
-        webkit_web_view_evaluate_javascript(view->handle(), expression.c_str(), -1, nullptr,
-                                            nullptr, nullptr, answered, &answer);
-        waitFor([&] { return answer.has_value(); });
-        return answer.value_or("(no answer)");
-    }
-
-    WebRoom room;
-    std::unique_ptr<WebKitView> view = room.makeView(PreviewPage::scriptHash());
-    std::shared_ptr<PreviewCoordinator> coordinator = PreviewCoordinator::create(*view, 30s);
-    Gtk::Window window;
-    bool shown = false;
-    std::string opened;
-};
+class WebRoomTest : public PageTest {};
 
 TEST_F(WebRoomTest, ShowsABodyExactlyAsItIs) {
     show("<p id=\"p\">`back` \\slash\\\\ ${1 + 1} $ { \\${2} żółć</p>");
@@ -141,6 +79,87 @@ TEST_F(WebRoomTest, RunsNothingOfTheNoteAndSendsNothing) {
     EXPECT_EQ(ask("location.href"), "about:blank");
     EXPECT_EQ(visitors, 0);
     EXPECT_EQ(opened, "") << "only a click of the reader opens a link";
+}
+
+constexpr const char* kPicture =
+    "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"40\" height=\"900\"></svg>";
+
+/// A web server on this machine that has one picture.
+class PictureServer {
+public:
+    PictureServer() : m_server(soup_server_new(nullptr, nullptr)) {
+        soup_server_add_handler(m_server.get(), nullptr, &PictureServer::serve, this, nullptr);
+        soup_server_listen_local(m_server.get(), 0, SOUP_SERVER_LISTEN_IPV4_ONLY, nullptr);
+        GSList* uris = soup_server_get_uris(m_server.get());
+        const Handle<char, g_free> text(g_uri_to_string(static_cast<GUri*>(uris->data)));
+        address = text.get();
+        g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(g_uri_unref));
+    }
+
+    std::string address;
+    int visits = 0;
+
+private:
+    static void serve(
+        SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer self) {
+        ++static_cast<PictureServer*>(self)->visits;
+        soup_server_message_set_status(message, 200, nullptr);
+        soup_server_message_set_response(message, "text/plain", SOUP_MEMORY_STATIC, kPicture,
+                                         std::string_view(kPicture).size());
+    }
+
+    GObjectHandle<SoupServer> m_server;
+};
+
+TEST_F(WebRoomTest, GetsImagesFromTheWebOnlyThroughTheProgramAndOnlyIfItMay) {
+    PictureServer server;
+    const std::string body = MarkdownParserService::markRemoteImages(
+        "<img id=i src=\"" + server.address + "a?b=1&amp;c=%20d\"><img src=x>");
+    const auto isSettled = [this] {
+        return ask("Array.from(document.images).every(i => i.complete)") == "true";
+    };
+    show(body);
+    EXPECT_TRUE(waitFor(isSettled));
+    EXPECT_EQ(server.visits, 0);
+    mayLoadImages = true;
+    show("");
+    show(body);
+    EXPECT_TRUE(waitFor(isSettled));
+    EXPECT_EQ(ask("document.getElementById('i').naturalHeight"), "900");
+    EXPECT_EQ(server.visits, 1);
+}
+
+TEST_F(WebRoomTest, KeepsThePlaceWhenABodyIsReplacedAndWhenImagesArrive) {
+    mayLoadImages = true;
+    PictureServer server;
+    const Handle<char, g_free> data(g_base64_encode(reinterpret_cast<const guchar*>(kPicture),
+                                                    std::string_view(kPicture).size()));
+    const auto body = [&](const std::string& words) {
+        return "<p>" + words + "</p><img src=\"data:image/svg+xml;base64," +
+               std::string(data.get()) + "\"><p><img src=\"corvel-image:" + server.address +
+               "a\"></p><div id=below style='height: 900px'></div>";
+    };
+    const auto isWhole = [this] { return ask("document.body.scrollHeight > 2700") == "true"; };
+    coordinator->show("p { margin: 0; }", body("one"), 0.9);
+    ASSERT_TRUE(waitFor(isWhole));
+    EXPECT_TRUE(waitFor([this] {
+        return ask("window.scrollY > 0.89 * (document.body.scrollHeight - innerHeight)") == "true";
+    })) << "the place was asked for before the images were there";
+
+    const std::string place = ask("window.scrollY");
+    for (const char* words : {"two", "three"}) {
+        show(body(words));
+        EXPECT_EQ(ask("document.body.scrollHeight > 2700 && window.scrollY"), place)
+            << "at once, not after the images have been loaded again";
+    }
+
+    const std::string top = "document.getElementById('below').getBoundingClientRect().top";
+    ask("document.getElementById('below').scrollIntoView()");
+    EXPECT_TRUE(waitFor([&] { return ask(top) == "0"; }));
+    show("<img src=\"corvel-image:" + server.address + "b\">" + body("four"));
+    EXPECT_TRUE(waitFor([this] { return ask("document.body.scrollHeight > 3600") == "true"; }));
+    EXPECT_TRUE(waitFor([&] { return ask("Math.abs(" + top + ") < 60") == "true"; }))
+        << "what the reader sees stays, whatever arrives above it";
 }
 
 TEST_F(WebRoomTest, ScrollsToAHeadingAndReportsNoMoveOfItsOwn) {
