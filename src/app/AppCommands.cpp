@@ -67,7 +67,7 @@ constexpr std::array kCommands{
             "insert-image",
             {"Wstaw obraz...", "Insert Image..."},
             "<Control><Shift>i",
-            kLater},
+            kReady},
     Command{
         ID::find, Group::edit, "find", {"Znajdź w notatce", "Find in Note"}, "<Control>f", kLater},
     Command{ID::replace,
@@ -211,7 +211,8 @@ constexpr bool standsInOrder() {
 static_assert(standsInOrder(), "a command's row is found by its id");
 
 bool isNoteCommand(CommandID id) {
-    return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash;
+    return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
+           id == ID::insertImage;
 }
 
 std::string keyName(std::string_view key) {

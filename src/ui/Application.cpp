@@ -82,10 +82,12 @@ void Application::openWindow() {
 // Nothing may come before the first frame: the second tick of the window's clock follows it.
 void Application::startIndexing() {
     m_feeder = std::make_unique<IndexFeeder>(m_session->library.searchIndex);
+    m_housekeeping = std::make_unique<Housekeeping>(m_session->library);
     m_window->window().add_tick_callback(
         [this, ticks = 0](const Glib::RefPtr<Gdk::FrameClock>&) mutable {
             if (++ticks < 2) return true;
             m_feeder->start();
+            m_housekeeping->start();
             return false;
         });
 }
@@ -106,6 +108,7 @@ void Application::endOnSignals() {
 }
 
 void Application::on_shutdown() {
+    m_housekeeping.reset();
     m_feeder.reset();
     m_window.reset();
     m_style.reset();

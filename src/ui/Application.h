@@ -2,6 +2,7 @@
 
 #include "app/Session.h"
 #include "model/PersistenceController.h"
+#include "ui/Housekeeping.h"
 #include "ui/IndexFeeder.h"
 #include "ui/MainWindow.h"
 #include "ui/StyleSheet.h"
@@ -37,6 +38,7 @@ private:
     std::unique_ptr<StyleSheet> m_style;
     std::unique_ptr<MainWindow> m_window;
     std::unique_ptr<IndexFeeder> m_feeder;
+    std::unique_ptr<Housekeeping> m_housekeeping;
 };
 
 }  // namespace corvel

@@ -33,6 +33,7 @@ public:
     bool isPartial() const { return m_isPartial; }
     void setLabel(const std::string& label);
     void focusText() { m_view->grab_focus(); }
+    Gtk::TextView& textView() { return *m_view; }
     bool hasTextFocus() const { return m_view->has_focus(); }
 
     /// The user changed the text; cheap.

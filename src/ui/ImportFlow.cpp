@@ -2,9 +2,9 @@
 
 #include "app/Texts.h"
 #include "library/Notifications.h"
-#include "platform/Handle.h"
 #include "ui/Accessible.h"
 #include "ui/Dialogs.h"
+#include "ui/FilePaths.h"
 #include "ui/ImportReportView.h"
 
 #include <glibmm/convert.h>
@@ -24,18 +24,6 @@ namespace {
 /// Work shorter than this is not worth a progress bar.
 constexpr std::chrono::milliseconds kPatience{500};
 constexpr std::array kPatterns{"*.md", "*.markdown", "*.mdown", "*.mkd", "*.txt"};
-
-std::vector<std::filesystem::path> pathsOf(Gtk::FileChooserNative& chooser) {
-    std::vector<std::filesystem::path> paths;
-    const auto files = chooser.get_files();
-    for (guint i = 0; i < files->get_n_items(); ++i) {
-        // The classes of files are private to the toolkit: the C++ list model cannot wrap them.
-        const GObjectHandle<void> file(g_list_model_get_item(files->gobj(), i));
-        const Handle<char, g_free> path(g_file_get_path(G_FILE(file.get())));
-        if (path) paths.emplace_back(path.get());
-    }
-    return paths;
-}
 
 bool isFolder(const std::filesystem::path& path) {
     std::error_code ignored;

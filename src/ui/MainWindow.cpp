@@ -51,6 +51,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_list(*Gtk::make_managed<NoteListPane>(session, m_menus, m_toasts))
     , m_note(*Gtk::make_managed<NotePane>(session))
     , m_import(*Gtk::make_managed<ImportFlow>(session, m_toasts))
+    , m_images(session, m_toasts, m_note.editor().textView())
     , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
     m_list.append(m_import);
     m_toasts.setChild(m_layout.widget());
@@ -131,6 +132,8 @@ void MainWindow::connect() {
         [this] { m_layout.sidebarChosen(); }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
+    m_images.signalOtherFiles().connect(
+        [this](const std::vector<std::filesystem::path>& paths) { importPaths(paths); });
     sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
@@ -173,6 +176,8 @@ void MainWindow::perform(CommandID command) {
             return cyclePane(-1);
         case CommandID::importFolder:
             return m_import.chooseFolder();
+        case CommandID::insertImage:
+            return m_images.chooseFiles();
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:

@@ -4,6 +4,7 @@
 #include "platform/Handle.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandMenus.h"
+#include "ui/ImageFlow.h"
 #include "ui/ImportFlow.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
@@ -59,6 +60,7 @@ private:
     NoteListPane& m_list;
     NotePane& m_note;
     ImportFlow& m_import;
+    ImageFlow m_images;
     PaneLayout m_layout;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;

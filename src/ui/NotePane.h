@@ -30,6 +30,7 @@ public:
     void setListHidden(bool isHidden) { m_header.setListHidden(isHidden); }
     void focusEditor();
     void focusTitle();
+    EditorPane& editor() { return m_editor; }
     bool hasUnsavedText() const { return m_session.editor.isEdited(); }
     Gtk::Widget& headerBar() { return m_header.bar().widget(); }
     void setShowsWindowControls(bool shows) { m_header.bar().setWindowControls(false, shows); }

@@ -4,6 +4,8 @@
 #include "ui/Resources.h"
 
 #include <adwaita.h>
+#include <gdkmm/clipboard.h>
+#include <gdkmm/memorytexture.h>
 #include <glibmm/main.h>
 #include <gtest/gtest.h>
 #include <gtkmm/application.h>
@@ -72,9 +74,8 @@ public:
 
     /// Types into the editor as a user does, at the end of the text.
     void type(const std::string& text) {
-        auto* view = findEditor(m_window->note());
-        ASSERT_NE(view, nullptr);
-        view->get_buffer()->insert(view->get_buffer()->end(), text);
+        auto& view = m_window->note().editor().textView();
+        view.get_buffer()->insert(view.get_buffer()->end(), text);
     }
 
     std::vector<std::string> titles() {
@@ -97,15 +98,6 @@ public:
     }
 
 private:
-    static Gtk::TextView* findEditor(Gtk::Widget& widget) {
-        if (auto* view = dynamic_cast<Gtk::TextView*>(&widget)) return view;
-        for (auto* child = widget.get_first_child(); child != nullptr;
-             child = child->get_next_sibling()) {
-            if (auto* view = findEditor(*child)) return view;
-        }
-        return nullptr;
-    }
-
     PersistenceController m_controller;
     UserDefaults m_defaults;
     ThemeManager m_themes;
@@ -280,6 +272,39 @@ TEST(MainWindow, DisablesNoteCommandsWhileNoNoteIsSelected) {
     EXPECT_FALSE(actions->get_action_enabled("toggle-pin"));
     run.write("# One");
     EXPECT_TRUE(actions->get_action_enabled("toggle-pin"));
+}
+
+TEST(MainWindow, AnImageIsPastedAsOneStepAndTextAsBefore) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("text ");
+    auto& view = run.window().note().editor().textView();
+    const auto text = [&] { return run.window().note().editor().text(); };
+    const std::vector<guint8> pixels(std::size_t{8} * 8 * 4, 200);
+    const auto bytes = Glib::Bytes::create(pixels.data(), pixels.size());
+    const auto clipboard = view.get_clipboard();
+    clipboard->set_texture(
+        Gdk::MemoryTexture::create(8, 8, Gdk::MemoryTexture::Format::R8G8B8A8, bytes, 32));
+    const auto paste = [&] { g_signal_emit_by_name(view.gobj(), "paste-clipboard"); };
+    view.get_buffer()->place_cursor(view.get_buffer()->end());
+    paste();
+    ASSERT_TRUE(
+        Program::becomes([&] { return text().starts_with("text ![obraz](attachment://"); }));
+    const auto id = run.session().editor.note()->id;
+    const auto kept = run.session().library.attachments.fetchAttachments(id);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].mimeType, "image/png");
+    view.get_buffer()->insert_interactive_at_cursor("more", true);
+    view.get_buffer()->undo();
+    EXPECT_TRUE(text().ends_with(kept[0].id.toString() + ")")) << text();
+    view.get_buffer()->undo();
+    EXPECT_EQ(text(), "text ");
+    view.get_buffer()->redo();
+    EXPECT_NE(text().find(kept[0].id.toString()), std::string::npos);
+    clipboard->set_text("!");
+    view.get_buffer()->place_cursor(view.get_buffer()->end());
+    paste();
+    EXPECT_TRUE(Program::becomes([&] { return text().ends_with(")!"); }));
 }
 
 }  // namespace
