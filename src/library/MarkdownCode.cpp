@@ -1,5 +1,7 @@
 #include "library/MarkdownCode.h"
 
+#include "library/MarkdownFence.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -7,41 +9,6 @@
 namespace corvel {
 
 namespace {
-
-struct Fence {
-    char mark = 0;
-    std::size_t length = 0;
-};
-
-// Without what may stand before a fence: indentation, quotation marks, the marks of list items.
-std::string_view withoutIndent(std::string_view line) {
-    constexpr std::string_view kDigits = "0123456789";
-    while (true) {
-        line.remove_prefix(std::min(line.find_first_not_of(" \t>"), line.size()));
-        const std::size_t digits = std::min(line.find_first_not_of(kDigits), line.size());
-        const std::size_t mark = digits < 10 ? digits : 0;
-        const bool isItem =
-            mark + 1 < line.size() && (line[mark + 1] == ' ' || line[mark + 1] == '\t') &&
-            std::string_view(mark > 0 ? ".)" : "-*+").find(line[mark]) != std::string_view::npos;
-        if (!isItem) return line;
-        line.remove_prefix(mark + 2);
-    }
-}
-
-Fence fenceOf(std::string_view line) {
-    if (line.empty() || (line[0] != '`' && line[0] != '~')) return {};
-    const std::size_t length = std::min(line.find_first_not_of(line[0]), line.size());
-    return length < 3 ? Fence{} : Fence{line[0], length};
-}
-
-bool opens(const Fence& fence, std::string_view line) {
-    return fence.length > 0 && (fence.mark == '~' || line.find('`', fence.length) == line.npos);
-}
-
-bool closes(const Fence& open, const Fence& fence, std::string_view line) {
-    return fence.mark == open.mark && fence.length >= open.length &&
-           line.find_first_not_of(" \t\r", fence.length) == line.npos;
-}
 
 class CodeScanner {
 public:
@@ -65,18 +32,17 @@ public:
 
 private:
     void addLine(std::size_t begin, std::size_t end) {
-        const auto line = withoutIndent(m_text.substr(begin, end - begin));
-        const Fence fence = fenceOf(line);
+        const auto line = m_text.substr(begin, end - begin);
         if (m_open.length > 0) {
-            if (!closes(m_open, fence, line.substr(0, line.find('\n')))) return;
+            if (!m_open.isClosedBy(line)) return;
             m_ranges.push_back({m_start, end});
             m_open = {};
             m_start = end;
-        } else if (opens(fence, line)) {
+        } else if (const auto fence = MarkdownFence::openedBy(line); fence.length > 0) {
             endParagraph(begin);
             m_open = fence;
             m_start = begin;
-        } else if (line.find_first_not_of("\r\n") == line.npos) {
+        } else if (MarkdownFence::withoutBlockMarks(line).find_first_not_of("\r\n") == line.npos) {
             endParagraph(end);
         }
     }
@@ -118,7 +84,7 @@ private:
 
     std::string_view m_text;
     std::vector<TextRange> m_ranges;
-    Fence m_open;
+    MarkdownFence m_open;
     std::size_t m_start = 0;  // of the paragraph or of the open fence
 };
 
