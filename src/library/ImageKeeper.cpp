@@ -1,6 +1,6 @@
 #include "library/ImageKeeper.h"
 
-#include "library/ImageType.h"
+#include "platform/ImageType.h"
 #include "library/ImportedFile.h"
 #include "model/PersistenceController.h"
 #include "platform/Log.h"

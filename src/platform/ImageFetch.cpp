@@ -104,9 +104,9 @@ void ImageFetch::received(GAsyncResult* result) {
         return readOn();
     }
     const auto type = imageTypeOf(m_bytes);
-    if (!type) return fail();
+    if (type.empty()) return fail();
     finish(
-        std::make_shared<const RemoteImage>(RemoteImage{std::string(*type), std::move(m_bytes)}));
+        std::make_shared<const RemoteImage>(RemoteImage{std::string(type), std::move(m_bytes)}));
 }
 
 void ImageFetch::finish(const RemoteImages::Image& image) {

@@ -1,6 +1,6 @@
 #include "ui/ImageSource.h"
 
-#include "library/ImageType.h"
+#include "platform/ImageType.h"
 #include "platform/Handle.h"
 #include "ui/StreamReader.h"
 

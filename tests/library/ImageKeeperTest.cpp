@@ -1,5 +1,5 @@
 #include "library/ImageKeeper.h"
-#include "library/ImageType.h"
+#include "platform/ImageType.h"
 #include "support/FullDisk.h"
 #include "support/TestLibrary.h"
 

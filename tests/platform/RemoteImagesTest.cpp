@@ -1,4 +1,3 @@
-#include "platform/ImageType.h"
 #include "platform/RemoteImages.h"
 #include "support/MainLoop.h"
 
@@ -141,22 +140,6 @@ TEST_F(RemoteImagesTest, KeepsOnlyAsMuchAsItMay) {
         fetch(images, host + name);
     EXPECT_EQ(visits["/a"], 2);
     EXPECT_EQ(visits["/c"], 1);
-}
-
-TEST(ImageType, IsToldByTheBytes) {
-    using namespace std::string_view_literals;
-    EXPECT_EQ(imageTypeOf("GIF89a.."), "image/gif");
-    EXPECT_EQ(imageTypeOf("RIFF\1\2\3\4WEBPVP8 "), "image/webp");
-    EXPECT_EQ(imageTypeOf("\0\0\0\x1c"
-                          "ftypavif"sv),
-              "image/avif");
-    EXPECT_EQ(imageTypeOf(
-                  "\xef\xbb\xbf<?xml version='1.0'?>\n<!-- a -->\n<!DOCTYPE svg>\n<svg xmlns='x'>"),
-              "image/svg+xml");
-    for (const auto text :
-         {"<html><svg>"sv, "<svgx>"sv, "RIFF"sv, ""sv, "<!-- <svg>"sv, "text"sv}) {
-        EXPECT_FALSE(imageTypeOf(text)) << text;
-    }
 }
 
 }  // namespace
