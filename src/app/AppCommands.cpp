@@ -39,7 +39,7 @@ constexpr std::array kCommands{
             "send-as-email",
             {"Wyślij e-mailem...", "Send as Email..."},
             "<Control>m",
-            kLater},
+            kReady},
     Command{ID::bold, Group::format, "bold", {"Pogrubienie", "Bold"}, "<Control>b", kLater},
     Command{ID::italic, Group::format, "italic", {"Kursywa", "Italic"}, "<Control>i", kLater},
     Command{ID::strikethrough,
@@ -197,7 +197,7 @@ constexpr std::array kCommands{
             "report-problem",
             {"Zgłoś problem…", "Report a Problem…"},
             "",
-            kLater},
+            kReady},
     Command{ID::about, Group::help, "about", {"O programie", "About qno Corvel"}, "", kReady},
     Command{ID::quit, Group::application, "quit", {"Zakończ", "Quit"}, "<Control>q", kReady},
 };
@@ -212,7 +212,7 @@ static_assert(standsInOrder(), "a command's row is found by its id");
 
 bool isNoteCommand(CommandID id) {
     return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
-           id == ID::insertImage;
+           id == ID::insertImage || id == ID::sendAsEmail;
 }
 
 std::string keyName(std::string_view key) {
@@ -269,6 +269,8 @@ void AppCommands::activate(CommandID id) {
             return m_notifications.post(notifications::createNewNote);
         case ID::importMarkdown:
             return m_notifications.post(notifications::importMarkdown);
+        case ID::sendAsEmail:
+            return m_notifications.post(notifications::sendAsEmail);
         case ID::findInAllNotes:
             m_state.isSearchActive.set(true);
             break;  // the window gives the search field the focus, also when it searches already

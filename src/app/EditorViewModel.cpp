@@ -165,6 +165,12 @@ std::string EditorViewModel::currentText() const {
     return m_source ? m_source() : m_note->content;
 }
 
+std::optional<Note> EditorViewModel::current() const {
+    auto note = m_note;
+    if (note && m_contentEdited) note->content = currentText();
+    return note;
+}
+
 std::string EditorViewModel::title() const {
     return m_note ? m_note->title : std::string();
 }

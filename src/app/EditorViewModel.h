@@ -46,6 +46,8 @@ public:
     /// and false is returned.
     bool open(const std::optional<Uuid>& id);
     const std::optional<Note>& note() const { return m_note; }
+    /// The open note with what is typed, saved or not.
+    std::optional<Note> current() const;
 
     /// To be called at every change of the text by the user; cheap.
     void contentEdited(const TextEdit& edit);

@@ -16,4 +16,8 @@ std::filesystem::path preferencesFile() {
     return std::filesystem::path(Glib::get_user_config_dir()) / "qno-corvel" / "preferences.ini";
 }
 
+std::filesystem::path messages() {
+    return std::filesystem::path(Glib::get_user_cache_dir()) / "qno-corvel" / "messages";
+}
+
 }  // namespace corvel::paths

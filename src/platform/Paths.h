@@ -16,5 +16,8 @@ std::filesystem::path themes();
 /// The preference file under the XDG config home.
 std::filesystem::path preferencesFile();
 
+/// The folder of message files under the XDG cache home.
+std::filesystem::path messages();
+
 }  // namespace paths
 }  // namespace corvel

@@ -52,6 +52,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_note(*Gtk::make_managed<NotePane>(session))
     , m_import(*Gtk::make_managed<ImportFlow>(session, m_toasts))
     , m_images(session, m_toasts, m_note.editor().textView())
+    , m_mail(session, m_toasts)
     , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
     m_list.append(m_import);
     m_toasts.setChild(m_layout.widget());
@@ -136,6 +137,8 @@ void MainWindow::connect() {
         [this](const std::vector<std::filesystem::path>& paths) { importPaths(paths); });
     sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
+        notifications::sendAsEmail, [this](const std::any&) { m_mail.sendNote(); }));
+    m_connections.push_back(m_session.notifications.observe(
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
 }
 
@@ -178,6 +181,8 @@ void MainWindow::perform(CommandID command) {
             return m_import.chooseFolder();
         case CommandID::insertImage:
             return m_images.chooseFiles();
+        case CommandID::reportProblem:
+            return m_mail.reportProblem();
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:

@@ -6,6 +6,7 @@
 #include "ui/CommandMenus.h"
 #include "ui/ImageFlow.h"
 #include "ui/ImportFlow.h"
+#include "ui/MailFlow.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
 #include "ui/PaneLayout.h"
@@ -61,6 +62,7 @@ private:
     NotePane& m_note;
     ImportFlow& m_import;
     ImageFlow m_images;
+    MailFlow m_mail;
     PaneLayout m_layout;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
