@@ -13,7 +13,7 @@ namespace corvel {
 
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{1} << 20;
+constexpr std::size_t kLargestFile = std::size_t{64} << 10;  // a theme takes one kilobyte
 
 bool isThemeFile(const std::filesystem::path& path) {
     const auto extension = path.extension();
