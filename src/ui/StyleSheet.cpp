@@ -1,6 +1,7 @@
 #include "ui/StyleSheet.h"
 
 #include "themes/Color.h"
+#include "ui/FontFamily.h"
 
 #include <adwaita.h>
 #include <glib.h>
@@ -86,37 +87,22 @@ std::string colorDefinitions(const ThemeColors& colors) {
     const bool isDark = contrast(editor, {1, 1, 1}) > contrast(editor, {});
     const Color list = mixed(editor, sidebar, 0.5);
     const std::string text = hexString(read(colors.editorText));
+    const std::string above = hexString(mixed(editor, {1, 1, 1}, isDark ? 0.88 : 0.5));
     return define("accent_color", hexString(read(colors.accent))) +
            define("accent_bg_color", hexString(underWhiteText(read(colors.accent)))) +
            define("accent_fg_color", "#FFFFFF") + define("window_bg_color", hexString(list)) +
            define("window_fg_color", text) + define("view_bg_color", hexString(editor)) +
            define("view_fg_color", text) + define("headerbar_bg_color", hexString(editor)) +
-           define("headerbar_fg_color", text) + define("corvel_sidebar", hexString(sidebar)) +
+           define("headerbar_fg_color", text) + define("popover_bg_color", above) +
+           define("popover_fg_color", text) + define("dialog_bg_color", hexString(list)) +
+           define("dialog_fg_color", text) + define("card_bg_color", above) +
+           define("card_fg_color", text) + define("corvel_sidebar", hexString(sidebar)) +
            define("corvel_sidebar_text", hexString(read(colors.sidebarText))) +
            define("corvel_list", hexString(list)) + define("corvel_editor", hexString(editor)) +
            define("corvel_editor_text", text) +
            define("corvel_raised", hexString(mixed(editor, {1, 1, 1}, isDark ? 0.86 : 1.0))) +
            define("corvel_page", hexString(read(colors.background))) +
            define("corvel_cursor", hexString(read(colors.cursor)));
-}
-
-bool isPlain(unsigned char byte) {
-    return g_ascii_isalnum(byte) != FALSE || byte == ' ' || byte >= 0x80;
-}
-
-/// A font's name as a string of CSS. It comes from a file: nothing in it may end the string.
-std::string quoted(const std::string& family) {
-    std::string text = "\"";
-    for (const char character : family) {
-        if (isPlain(static_cast<unsigned char>(character))) {
-            text += character;
-            continue;
-        }
-        std::array<char, 12> escape{};
-        g_snprintf(escape.data(), escape.size(), "\\%06x ", static_cast<unsigned>(character));
-        if (character != '\0') text += escape.data();
-    }
-    return text += '"';
 }
 
 std::string inPoints(double pixels) {
@@ -149,7 +135,8 @@ std::string StyleSheet::css(const Theme& theme, double fontScale, double editorF
     const Color selection = colorFromHex(theme.colors.selection);
     return colorDefinitions(theme.colors) + define("corvel_selection", withAlpha(selection)) +
            "window, tooltip { font-size: " + std::to_string(static_cast<int>(fontScale * 100)) +
-           "%; }\ntextview.note-editor { font-family: " + quoted(theme.typography.monoFontFamily) +
+           "%; }\ntextview.note-editor { font-family: " +
+           quotedFontFamily(theme.typography.monoFontFamily) +
            ", monospace; font-size: " + inPoints(editorFontSize) + "; }\n" + std::string(kRules);
 }
 

@@ -34,6 +34,7 @@ void Toasts::show(const std::string& title,
                   std::function<void()> pressed) {
     AdwToast* toast = makeToast(title, kWithButton);
     adw_toast_set_button_label(toast, button.c_str());
+    adw_toast_set_priority(toast, ADW_TOAST_PRIORITY_HIGH);  // not after what is past
     adw::connect(toast, "button-clicked", std::move(pressed));
     adw_toast_overlay_add_toast(m_overlay, toast);
 }
