@@ -173,7 +173,7 @@ constexpr std::array kCommands{
             {"Switch to English", "Przełącz na polski"},
             "",
             kReady},
-    Command{ID::themes, Group::application, "themes", {"Motywy...", "Themes..."}, "", kLater},
+    Command{ID::themes, Group::application, "themes", {"Motywy...", "Themes..."}, "", kReady},
     Command{ID::preferences,
             Group::application,
             "preferences",

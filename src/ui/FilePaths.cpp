@@ -4,16 +4,46 @@
 
 namespace corvel {
 
-std::vector<std::filesystem::path> pathsOf(Gtk::FileChooserNative& chooser) {
-    std::vector<std::filesystem::path> paths;
+namespace {
+
+void appendPath(FilePaths& paths, GFile* file) {
+    const Handle<char, g_free> path(g_file_get_path(file));
+    if (path) paths.emplace_back(path.get());
+}
+
+FilePaths pathsIn(const Glib::ValueBase& dropped) {
+    FilePaths paths;
+    if (!G_VALUE_HOLDS(dropped.gobj(), GDK_TYPE_FILE_LIST)) return paths;
+    const auto* files = static_cast<GSList*>(g_value_get_boxed(dropped.gobj()));
+    for (; files != nullptr; files = files->next)
+        appendPath(paths, G_FILE(files->data));
+    return paths;
+}
+
+}  // namespace
+
+FilePaths chosenFiles(const Gtk::FileChooserNative& chooser) {
+    FilePaths paths;
     const auto files = chooser.get_files();
     for (guint i = 0; i < files->get_n_items(); ++i) {
         // The classes of files are private to the toolkit: the C++ list model cannot wrap them.
-        const GObjectHandle<void> file(g_list_model_get_item(files->gobj(), i));
-        const Handle<char, g_free> path(g_file_get_path(G_FILE(file.get())));
-        if (path) paths.emplace_back(path.get());
+        const GObjectHandle<void> file(
+            g_list_model_get_item(const_cast<GListModel*>(files->gobj()), i));
+        appendPath(paths, G_FILE(file.get()));
     }
     return paths;
+}
+
+Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped) {
+    auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
+    target->signal_drop().connect(
+        [dropped](const Glib::ValueBase& value, double, double) {
+            const auto paths = pathsIn(value);
+            if (!paths.empty()) dropped(paths);
+            return !paths.empty();
+        },
+        false);
+    return target;
 }
 
 }  // namespace corvel

@@ -1,13 +1,21 @@
 #pragma once
 
+#include <glibmm/value.h>
+#include <gtkmm/droptarget.h>
 #include <gtkmm/filechoosernative.h>
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 namespace corvel {
 
-/// The local files that were chosen.
-std::vector<std::filesystem::path> pathsOf(Gtk::FileChooserNative& chooser);
+using FilePaths = std::vector<std::filesystem::path>;
+
+/// The chosen files that lie on this machine.
+FilePaths chosenFiles(const Gtk::FileChooserNative& chooser);
+
+/// A target for files of other programs; those that lie on this machine are handed on.
+Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped);
 
 }  // namespace corvel

@@ -209,7 +209,7 @@ void ImageFlow::chooseFiles() {
     m_chooser->signal_response().connect([this, place](int response) {
         const auto held = std::exchange(m_chooser, {});
         held->hide();
-        if (response == GTK_RESPONSE_ACCEPT) takeFiles(pathsOf(*held), place);
+        if (response == GTK_RESPONSE_ACCEPT) takeFiles(chosenFiles(*held), place);
     });
     m_chooser->show();
 }

@@ -76,7 +76,7 @@ void ImportFlow::choose(const Glib::RefPtr<Gtk::FileChooserNative>& chooser, Cho
     chooser->signal_response().connect([this, chosen = std::move(chosen)](int response) {
         const auto held = std::exchange(m_chooser, {});
         held->hide();
-        if (response == GTK_RESPONSE_ACCEPT) chosen(pathsOf(*held));
+        if (response == GTK_RESPONSE_ACCEPT) chosen(chosenFiles(*held));
     });
     chooser->show();
 }

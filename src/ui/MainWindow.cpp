@@ -5,11 +5,11 @@
 #include "ui/AboutWindow.h"
 #include "ui/Adw.h"
 #include "ui/Dialogs.h"
+#include "ui/FilePaths.h"
 #include "ui/RecoveryToasts.h"
 #include "ui/ShortcutsWindow.h"
 
 #include <glibmm/main.h>
-#include <gtkmm/droptarget.h>
 
 #include <algorithm>
 
@@ -27,17 +27,6 @@ constexpr const char* kHeightKey = "windowHeight";
 constexpr const char* kMaximizedKey = "windowMaximized";
 
 enum Pane { sidebarPane, listPane, notePane, paneCount };
-
-std::vector<std::filesystem::path> pathsIn(const Glib::ValueBase& dropped) {
-    std::vector<std::filesystem::path> paths;
-    if (!G_VALUE_HOLDS(dropped.gobj(), GDK_TYPE_FILE_LIST)) return paths;
-    const auto* files = static_cast<GSList*>(g_value_get_boxed(dropped.gobj()));
-    for (; files != nullptr; files = files->next) {
-        const Handle<char, g_free> path(g_file_get_path(G_FILE(files->data)));
-        if (path) paths.emplace_back(path.get());
-    }
-    return paths;
-}
 
 }  // namespace
 
@@ -107,15 +96,7 @@ void MainWindow::followWidth() {
 }
 
 void MainWindow::buildDrop() {
-    const auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
-    target->signal_drop().connect(
-        [this](const Glib::ValueBase& value, double, double) {
-            const auto paths = pathsIn(value);
-            if (!paths.empty()) importPaths(paths);
-            return !paths.empty();
-        },
-        false);
-    m_window.add_controller(target);
+    m_window.add_controller(fileDropTarget([this](const FilePaths& paths) { importPaths(paths); }));
 }
 
 void MainWindow::connect() {
@@ -183,6 +164,8 @@ void MainWindow::perform(CommandID command) {
             return m_images.chooseFiles();
         case CommandID::reportProblem:
             return m_mail.reportProblem();
+        case CommandID::themes:
+            return showThemes();
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:
@@ -192,6 +175,11 @@ void MainWindow::perform(CommandID command) {
         default:
             return;
     }
+}
+
+void MainWindow::showThemes() {
+    if (!m_themePicker) m_themePicker = std::make_unique<ThemePicker>(m_session, m_window);
+    m_themePicker->present();
 }
 
 int MainWindow::focusedPane() const {

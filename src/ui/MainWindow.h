@@ -11,11 +11,13 @@
 #include "ui/NotePane.h"
 #include "ui/PaneLayout.h"
 #include "ui/SidebarPane.h"
+#include "ui/ThemePicker.h"
 #include "ui/Toasts.h"
 
 #include <gtkmm/application.h>
 #include <gtkmm/applicationwindow.h>
 
+#include <memory>
 #include <vector>
 
 namespace corvel {
@@ -46,6 +48,7 @@ private:
     void labelFrame();
     void relabel();
     void showSidebarButton();
+    void showThemes();
     void cyclePane(int step);
     int focusedPane() const;
     void focusPane(int pane);
@@ -64,6 +67,7 @@ private:
     ImageFlow m_images;
     MailFlow m_mail;
     PaneLayout m_layout;
+    std::unique_ptr<ThemePicker> m_themePicker;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
 };

@@ -1,0 +1,41 @@
+#include "ui/FontDropDown.h"
+
+#include <gtkmm/expression.h>
+#include <gtkmm/stringlist.h>
+#include <gtkmm/stringobject.h>
+#include <pangomm/context.h>
+#include <pangomm/fontfamily.h>
+
+#include <algorithm>
+
+namespace corvel {
+
+namespace {
+
+std::vector<Glib::ustring> installed(Gtk::Widget& widget, FontDropDown::Families wanted) {
+    std::vector<Glib::ustring> names;
+    for (const auto& family : widget.get_pango_context()->list_families()) {
+        if (wanted == FontDropDown::Families::all || family->is_monospace())
+            names.push_back(family->get_name());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+}  // namespace
+
+FontDropDown::FontDropDown(Families families, const std::string& family)
+    : m_names(installed(*this, families)) {
+    auto position = std::ranges::find(m_names, Glib::ustring(family));
+    if (position == m_names.end()) position = m_names.insert(m_names.begin(), family);
+    set_model(Gtk::StringList::create(m_names));
+    set_expression(Gtk::PropertyExpression<Glib::ustring>::create(
+        Gtk::StringObject::get_base_type(), "string"));
+    set_enable_search(true);
+    set_selected(static_cast<guint>(position - m_names.begin()));
+    property_selected().signal_changed().connect([this] {
+        if (get_selected() < m_names.size()) m_chosen.emit(m_names[get_selected()]);
+    });
+}
+
+}  // namespace corvel

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "ui/Adw.h"
+
+#include <string>
+
+/// Rows of settings: as Adw.h, wrappers that own nothing.
+namespace corvel::adw {
+
+/// One setting: a title, perhaps a line below it, and controls at the end.
+class ActionRow {
+public:
+    ActionRow() : m_row(ADW_ACTION_ROW(adw_action_row_new())) {
+        // Folders and fonts may be called anything.
+        adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(m_row), FALSE);
+        adw_action_row_set_title_lines(m_row, 0);
+        adw_action_row_set_subtitle_lines(m_row, 0);
+    }
+
+    void setTitle(const std::string& title) {
+        adw_preferences_row_set_title(ADW_PREFERENCES_ROW(m_row), title.c_str());
+    }
+    void setSubtitle(const std::string& subtitle) {
+        adw_action_row_set_subtitle(m_row, subtitle.c_str());
+    }
+    void addPrefix(Gtk::Widget& child) { adw_action_row_add_prefix(m_row, child.gobj()); }
+    void addSuffix(Gtk::Widget& child) {
+        child.set_valign(Gtk::Align::CENTER);
+        adw_action_row_add_suffix(m_row, child.gobj());
+    }
+    /// A click anywhere on the row is one on `child`.
+    void setActivatable(Gtk::Widget& child) {
+        adw_action_row_set_activatable_widget(m_row, child.gobj());
+    }
+    Gtk::Widget& widget() { return wrapped(GTK_WIDGET(m_row)); }
+
+private:
+    AdwActionRow* m_row;
+};
+
+/// A field with its name in the frame.
+class EntryRow {
+public:
+    EntryRow() : m_row(ADW_ENTRY_ROW(adw_entry_row_new())) {
+        adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(m_row), FALSE);
+    }
+
+    void setTitle(const std::string& title) {
+        adw_preferences_row_set_title(ADW_PREFERENCES_ROW(m_row), title.c_str());
+    }
+    std::string text() const { return gtk_editable_get_text(GTK_EDITABLE(m_row)); }
+    void setText(const std::string& text) {
+        gtk_editable_set_text(GTK_EDITABLE(m_row), text.c_str());
+    }
+    void onChanged(std::function<void()> changed) { connect(m_row, "changed", std::move(changed)); }
+    Gtk::Widget& widget() { return wrapped(GTK_WIDGET(m_row)); }
+
+private:
+    AdwEntryRow* m_row;
+};
+
+class PreferencesGroup {
+public:
+    PreferencesGroup() : m_group(ADW_PREFERENCES_GROUP(adw_preferences_group_new())) {}
+
+    /// Both are markup.
+    void setTitle(const std::string& title) {
+        adw_preferences_group_set_title(m_group, title.c_str());
+    }
+    void setDescription(const std::string& text) {
+        adw_preferences_group_set_description(m_group, text.c_str());
+    }
+    void add(Gtk::Widget& row) { adw_preferences_group_add(m_group, row.gobj()); }
+    AdwPreferencesGroup* get() { return m_group; }
+
+private:
+    AdwPreferencesGroup* m_group;
+};
+
+class PreferencesPage {
+public:
+    PreferencesPage() : m_page(ADW_PREFERENCES_PAGE(adw_preferences_page_new())) {}
+
+    void setTitle(const std::string& title) {
+        adw_preferences_page_set_title(m_page, title.c_str());
+    }
+    void setIcon(const char* name) { adw_preferences_page_set_icon_name(m_page, name); }
+    void add(PreferencesGroup& group) { adw_preferences_page_add(m_page, group.get()); }
+    AdwPreferencesPage* get() { return m_page; }
+    Gtk::Widget& widget() { return wrapped(GTK_WIDGET(m_page)); }
+
+private:
+    AdwPreferencesPage* m_page;
+};
+
+}  // namespace corvel::adw
