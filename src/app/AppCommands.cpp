@@ -179,7 +179,7 @@ constexpr std::array kCommands{
             "preferences",
             {"Ustawienia", "Settings"},
             "<Control>comma",
-            kLater},
+            kReady},
     Command{ID::shortcuts,
             Group::help,
             "shortcuts",

@@ -2,6 +2,9 @@
 
 #include "platform/Handle.h"
 
+#include <giomm/appinfo.h>
+#include <glibmm/convert.h>
+
 namespace corvel {
 
 namespace {
@@ -32,6 +35,12 @@ FilePaths chosenFiles(const Gtk::FileChooserNative& chooser) {
         appendPath(paths, G_FILE(file.get()));
     }
     return paths;
+}
+
+void openInDesktop(const std::filesystem::path& path) {
+    // What the desktop cannot open it says itself.
+    Gio::AppInfo::launch_default_for_uri_async(Glib::filename_to_uri(path.string()),
+                                               Gio::SlotAsyncReady());
 }
 
 Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped) {

@@ -15,6 +15,9 @@ using FilePaths = std::vector<std::filesystem::path>;
 /// The chosen files that lie on this machine.
 FilePaths chosenFiles(const Gtk::FileChooserNative& chooser);
 
+/// Opens a file or folder with the program the desktop has for it.
+void openInDesktop(const std::filesystem::path& path);
+
 /// A target for files of other programs; those that lie on this machine are handed on.
 Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped);
 

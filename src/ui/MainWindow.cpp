@@ -166,6 +166,8 @@ void MainWindow::perform(CommandID command) {
             return m_mail.reportProblem();
         case CommandID::themes:
             return showThemes();
+        case CommandID::preferences:
+            return showSettings();
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:
@@ -180,6 +182,11 @@ void MainWindow::perform(CommandID command) {
 void MainWindow::showThemes() {
     if (!m_themePicker) m_themePicker = std::make_unique<ThemePicker>(m_session, m_window);
     m_themePicker->present();
+}
+
+void MainWindow::showSettings() {
+    if (!m_settings) m_settings = std::make_unique<SettingsWindow>(m_session, m_window);
+    m_settings->present();
 }
 
 int MainWindow::focusedPane() const {

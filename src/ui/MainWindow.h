@@ -10,6 +10,7 @@
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
 #include "ui/PaneLayout.h"
+#include "ui/SettingsWindow.h"
 #include "ui/SidebarPane.h"
 #include "ui/ThemePicker.h"
 #include "ui/Toasts.h"
@@ -49,6 +50,7 @@ private:
     void relabel();
     void showSidebarButton();
     void showThemes();
+    void showSettings();
     void cyclePane(int step);
     int focusedPane() const;
     void focusPane(int pane);
@@ -68,6 +70,7 @@ private:
     MailFlow m_mail;
     PaneLayout m_layout;
     std::unique_ptr<ThemePicker> m_themePicker;
+    std::unique_ptr<SettingsWindow> m_settings;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
 };

@@ -70,6 +70,9 @@ public:
     void setDescription(const std::string& text) {
         adw_preferences_group_set_description(m_group, text.c_str());
     }
+    void setHeaderSuffix(Gtk::Widget& child) {
+        adw_preferences_group_set_header_suffix(m_group, child.gobj());
+    }
     void add(Gtk::Widget& row) { adw_preferences_group_add(m_group, row.gobj()); }
     AdwPreferencesGroup* get() { return m_group; }
 

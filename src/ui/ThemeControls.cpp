@@ -30,6 +30,8 @@ struct ThemeControls::NumberField {
 
 namespace {
 
+constexpr int kColorLength = 9;  // "#RRGGBBAA"; a file may hold anything
+
 Gdk::RGBA rgbaOf(const std::string& text) {
     const Color color = colorFromHex(text);
     Gdk::RGBA rgba;
@@ -123,6 +125,9 @@ void ThemeControls::addColor(adw::PreferencesGroup& group, const ColorField& fie
     value->add_css_class("dim-label");
     value->add_css_class("numeric");
     value->set_text(m_theme.colors.*field.field);
+    value->set_width_chars(kColorLength);
+    value->set_max_width_chars(kColorLength);
+    value->set_xalign(1);
     value->set_ellipsize(Pango::EllipsizeMode::END);
     auto* well = Gtk::make_managed<Gtk::ColorButton>(rgbaOf(m_theme.colors.*field.field));
     well->set_use_alpha(false);

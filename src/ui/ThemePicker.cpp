@@ -7,7 +7,6 @@
 #include "ui/Dialogs.h"
 #include "ui/FilePaths.h"
 
-#include <giomm/appinfo.h>
 #include <glibmm/convert.h>
 #include <glibmm/main.h>
 #include <gtkmm/eventcontrollerkey.h>
@@ -205,7 +204,8 @@ void ThemePicker::remove(const Theme& theme) {
     });
     if (std::ranges::find(gone, theme) == gone.end()) {
         m_toasts.show(texts.format(texts::themeNotDeleted, {theme.name}),
-                      texts(texts::openThemesFolder), [this] { openFolder(); });
+                      texts(texts::openThemesFolder),
+                      [this] { openInDesktop(m_themes.themesDirectory()); });
         return;
     }
     m_toasts.show(texts.format(texts::themeDeleted, {theme.name}), texts(texts::undo),
@@ -217,11 +217,6 @@ void ThemePicker::putBack(const std::vector<Theme>& themes, const Theme& current
         if (!m_themes.saveTheme(theme)) m_toasts.show(m_session.texts(texts::themeNotSaved));
         if (isSame(theme, current)) m_themes.selectTheme(theme);
     }
-}
-
-void ThemePicker::openFolder() {
-    const auto url = Glib::filename_to_uri(m_themes.themesDirectory().string());
-    Gio::AppInfo::launch_default_for_uri_async(url, Gio::SlotAsyncReady());
 }
 
 void ThemePicker::chooseFiles() {

@@ -46,7 +46,6 @@ private:
     void edit(const ThemeDraft& draft);
     void remove(const Theme& theme);
     void putBack(const std::vector<Theme>& themes, const Theme& current);
-    void openFolder();
     void chooseFiles();
     void importNext();
     void importFile(const std::filesystem::path& file, const Theme& theme);

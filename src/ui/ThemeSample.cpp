@@ -68,6 +68,11 @@ ThemeSample::ThemeSample(Theme theme, const Localisation& texts)
     });
 }
 
+void ThemeSample::show(const Theme& theme) {
+    m_theme = theme;
+    queue_draw();
+}
+
 void ThemeSample::draw(const Context& cairo) const {
     setColor(cairo, m_theme.colors.background);
     cairo->paint();

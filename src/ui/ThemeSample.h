@@ -13,6 +13,8 @@ class ThemeSample : public Gtk::DrawingArea {
 public:
     ThemeSample(Theme theme, const Localisation& texts);
 
+    void show(const Theme& theme);
+
 private:
     struct Run;
 

@@ -27,6 +27,7 @@ TEST(Preferences, EveryKeyHasItsDefault) {
     EXPECT_TRUE(preferences.spellChecking());
     EXPECT_EQ(preferences.autoSaveInterval(), 5.0);
     EXPECT_EQ(preferences.defaultEditorMode(), EditorMode::split);
+    EXPECT_TRUE(preferences.loadRemoteImages());
     EXPECT_EQ(preferences.trashRetentionDays(), 30);
     EXPECT_EQ(preferences.aiProvider(), "claude");
     EXPECT_EQ(preferences.aiModel("claude"), "claude-sonnet-4-5-20250929");
