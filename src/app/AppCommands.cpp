@@ -32,8 +32,12 @@ constexpr std::array kCommands{
             {"Importuj folder...", "Import Folder..."},
             "<Control><Alt>o",
             kReady},
-    Command{
-        ID::exportNote, Group::file, "export", {"Eksportuj...", "Export..."}, "<Control>e", kLater},
+    Command{ID::exportNote,
+            Group::file,
+            "export",
+            {"Eksportuj...", "Export..."},
+            "<Control>e <Control><Shift>e",
+            kReady},
     Command{ID::sendAsEmail,
             Group::file,
             "send-as-email",
@@ -212,7 +216,7 @@ static_assert(standsInOrder(), "a command's row is found by its id");
 
 bool isNoteCommand(CommandID id) {
     return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
-           id == ID::insertImage || id == ID::sendAsEmail;
+           id == ID::insertImage || id == ID::sendAsEmail || id == ID::exportNote;
 }
 
 std::string keyName(std::string_view key) {
@@ -246,6 +250,7 @@ const Command& AppCommands::command(CommandID id) {
 
 std::string AppCommands::shortcutText(CommandID id) {
     std::string_view rest = command(id).accelerator;
+    rest = rest.substr(0, rest.find(' '));
     std::string text;
     for (const auto& [mark, name] : {std::pair<std::string_view, const char*>{"<Control>", "Ctrl+"},
                                      {"<Shift>", "Shift+"},
@@ -269,6 +274,8 @@ void AppCommands::activate(CommandID id) {
             return m_notifications.post(notifications::createNewNote);
         case ID::importMarkdown:
             return m_notifications.post(notifications::importMarkdown);
+        case ID::exportNote:
+            return m_state.isExportSheetPresented.set(true);
         case ID::sendAsEmail:
             return m_notifications.post(notifications::sendAsEmail);
         case ID::findInAllNotes:

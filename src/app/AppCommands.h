@@ -64,8 +64,10 @@ struct Command {
     CommandGroup group;
     const char* actionName;  ///< of the window's action, without prefix
     Text label;
-    const char* accelerator;  ///< GTK's form, for example "<Control><Shift>f"; empty for none
-    bool isAvailable;         ///< false for what this version cannot do yet: shown, but disabled
+    /// GTK's form, for example "<Control><Shift>f"; several with a space between, the first of
+    /// which is shown; empty for none.
+    const char* accelerator;
+    bool isAvailable;  ///< false for what this version cannot do yet: shown, but disabled
 };
 
 /// The commands of the menus. A command changes the state or posts a notification; it never calls a

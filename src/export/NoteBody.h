@@ -3,6 +3,7 @@
 #include "export/ExportError.h"
 #include "markdown/GuardedRenderer.h"
 #include "markdown/MarkdownParserService.h"
+#include "platform/RemoteImages.h"
 
 #include <giomm/cancellable.h>
 
@@ -15,13 +16,20 @@ namespace corvel {
 /// What every export with markup begins with: the HTML of a note's text.
 class NoteBody {
 public:
-    enum class Images { embedded, asWritten };
-    using Done = std::function<void(std::variant<std::string, ExportError>)>;
+    enum class Images {
+        asWritten,
+        embedded,    ///< attachments and local files
+        allEmbedded  ///< those of the web as well, where they come in time and may be loaded
+    };
+    using Outcome = std::variant<std::string, ExportError>;
+    using Done = std::function<void(Outcome)>;
 
-    /// `parser` must outlive this.
+    /// `parser` and `remoteImages` must outlive this; without the latter no image of the web is
+    /// loaded.
     explicit NoteBody(const MarkdownParserService& parser,
+                      RemoteImages* remoteImages = nullptr,
                       GuardedRenderer renderer = GuardedRenderer())
-        : m_parser(parser), m_renderer(std::move(renderer)) {}
+        : m_parser(parser), m_remoteImages(remoteImages), m_renderer(std::move(renderer)) {}
 
     /// Calls `done` exactly once, on the main loop, never before this function returns; not at all
     /// once `cancellable` was cancelled.
@@ -32,6 +40,7 @@ public:
 
 private:
     const MarkdownParserService& m_parser;
+    RemoteImages* m_remoteImages;
     GuardedRenderer m_renderer;
 };
 

@@ -203,15 +203,22 @@ std::string applyWidths(std::string html) {
     return rewriter.finish();
 }
 
-std::string markRemoteSources(std::string html, std::string_view scheme) {
+std::string replaceRemoteSources(std::string html, const Replacement& replacement) {
     ImageSourceScanner scanner(html);
     Rewriter rewriter(html);
     while (const auto source = scanner.next()) {
         const auto address =
             std::string_view(html).substr(source->begin, source->end - source->begin);
-        if (hasRemoteScheme(address)) rewriter.replace({source->begin, source->begin}, scheme);
+        if (!hasRemoteScheme(address)) continue;
+        if (const auto other = replacement(address)) rewriter.replace(*source, *other);
     }
     return rewriter.finish();
+}
+
+std::string markRemoteSources(std::string html, std::string_view scheme) {
+    return replaceRemoteSources(std::move(html), [scheme](std::string_view address) {
+        return std::string(scheme).append(address);
+    });
 }
 
 std::string resolveRelativeSources(std::string html, std::string_view folder) {

@@ -19,6 +19,9 @@ std::string replaceAttachments(std::string html, const Replacement& replacement)
 /// Group 2 of each "(<img\s[^>]*src\s*=\s*\")(/[^\"]+)(\"[^>]*>)", where `replacement` has one.
 std::string replaceLocalSources(std::string html, const Replacement& replacement);
 
+/// The http or https address of each image, as it is written, where `replacement` has another.
+std::string replaceRemoteSources(std::string html, const Replacement& replacement);
+
 /// Writes `scheme` before the http or https address of each image.
 std::string markRemoteSources(std::string html, std::string_view scheme);
 

@@ -1,5 +1,7 @@
 #include "ui/CommandActions.h"
 
+#include <glibmm/regex.h>
+
 #include <array>
 
 namespace corvel {
@@ -39,8 +41,8 @@ void CommandActions::addCommand(const Command& command,
         [this, id = command.id](const Glib::VariantBase&) { m_session.commands.activate(id); });
     window.add_action(action);
     if (*command.accelerator != '\0') {
-        application.set_accel_for_action(std::string("win.") + command.actionName,
-                                         command.accelerator);
+        application.set_accels_for_action(std::string("win.") + command.actionName,
+                                          Glib::Regex::split_simple(" ", command.accelerator));
     }
     m_bound.push_back({command.id, std::move(action)});
 }

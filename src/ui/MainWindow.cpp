@@ -5,6 +5,7 @@
 #include "ui/AboutWindow.h"
 #include "ui/Adw.h"
 #include "ui/Dialogs.h"
+#include "ui/ExportSheet.h"
 #include "ui/FilePaths.h"
 #include "ui/RecoveryToasts.h"
 #include "ui/ShortcutsWindow.h"
@@ -42,6 +43,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_import(*Gtk::make_managed<ImportFlow>(session, m_toasts))
     , m_images(session, m_toasts, m_note.editor().textView())
     , m_mail(session, m_toasts)
+    , m_exporters(session)
     , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
     m_list.append(m_import);
     m_toasts.setChild(m_layout.widget());
@@ -119,6 +121,8 @@ void MainWindow::connect() {
     sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
         notifications::sendAsEmail, [this](const std::any&) { m_mail.sendNote(); }));
+    m_connections.emplace_back(m_session.state.isExportSheetPresented.signalChanged().connect(
+        [this] { showExportSheet(); }));
     m_connections.push_back(m_session.notifications.observe(
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
 }
@@ -141,6 +145,15 @@ void MainWindow::showSidebarButton() {
     m_list.sidebarButton().set_visible(isHidden);
     m_list.headerBar().setWindowControls(isHidden, false);
     m_note.setListHidden(isHidden && !m_list.get_visible());
+}
+
+void MainWindow::showExportSheet() {
+    if (!m_session.state.isExportSheetPresented.get()) return;
+    m_session.editor.save();
+    ExportSheet::show(
+        m_window, m_session, m_toasts,
+        [this](ExportFormat format) { return m_exporters.make(format); },
+        m_list.view().selectedNotes());
 }
 
 void MainWindow::importPaths(const std::vector<std::filesystem::path>& paths) {

@@ -7,6 +7,7 @@
 #include "ui/ImageFlow.h"
 #include "ui/ImportFlow.h"
 #include "ui/MailFlow.h"
+#include "ui/NoteExporters.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
 #include "ui/PaneLayout.h"
@@ -49,6 +50,7 @@ private:
     void labelFrame();
     void relabel();
     void showSidebarButton();
+    void showExportSheet();
     void showThemes();
     void showSettings();
     void cyclePane(int step);
@@ -68,6 +70,7 @@ private:
     ImportFlow& m_import;
     ImageFlow m_images;
     MailFlow m_mail;
+    NoteExporters m_exporters;
     PaneLayout m_layout;
     std::unique_ptr<ThemePicker> m_themePicker;
     std::unique_ptr<SettingsWindow> m_settings;

@@ -1,6 +1,7 @@
 #include "ui/NoteHeader.h"
 
 #include "app/Texts.h"
+#include "export/ExportTexts.h"
 #include "ui/Accessible.h"
 #include "ui/LazyMenu.h"
 
@@ -90,7 +91,7 @@ void NoteHeader::relabel() {
     }
     const std::string exportName = say(texts::exportButton);
     const std::string assistantName = say(texts::assistantButton);
-    labelControl(m_export, exportName, withShortcut(exportName, CommandID::exportNote));
+    labelControl(m_export, exportName, withShortcutNames(say(texts::exportTooltip)));
     labelControl(m_assistant, assistantName, withShortcut(assistantName, CommandID::assistant));
     labelControl(m_menu, say(texts::noteMenu));
     labelControl(m_sidebar, say(texts::showSidebar));

@@ -59,6 +59,10 @@ void NoteMenu::addForLiving(Gio::Menu& menu) {
     const auto folders = Gio::Menu::create();
     addFolders(*folders);
     menu.append_section(folders);
+    const auto away = Gio::Menu::create();
+    addItem(*away, "export", AppCommands::command(CommandID::exportNote).label,
+            [this] { m_session.state.isExportSheetPresented.set(true); });
+    menu.append_section(away);
     const auto end = Gio::Menu::create();
     addOperation(*end, "trash", texts::moveToTrash, &NoteListViewModel::moveToTrash);
     menu.append_section(end);

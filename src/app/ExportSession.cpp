@@ -1,0 +1,169 @@
+#include "app/ExportSession.h"
+
+#include "export/ExportTexts.h"
+#include "platform/Handle.h"
+
+#include <gio/gio.h>
+#include <glibmm/main.h>
+
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::size_t kMostNamed = 5;  // failures that the message names
+
+}  // namespace
+
+ExportSession::ExportSession(ThemeManager& themes,
+                             const Localisation& texts,
+                             ExporterMaker makeExporter,
+                             NoteSource notes,
+                             std::vector<Uuid> noteIDs)
+    : m_themes(themes)
+    , m_texts(texts)
+    , m_makeExporter(std::move(makeExporter))
+    , m_notes(std::move(notes))
+    , m_noteIDs(std::move(noteIDs)) {
+    if (const auto first = m_notes(m_noteIDs.front())) m_title = first->title;
+}
+
+ExportSession::~ExportSession() {
+    if (m_cancellable) m_cancellable->cancel();
+}
+
+void ExportSession::start() {
+    if (isExporting()) return;
+    m_folder.reset();
+    begin();
+}
+
+void ExportSession::startInto(const std::filesystem::path& folder) {
+    if (isExporting()) return;
+    m_folder = folder;
+    m_names.emplace(options.format);
+    begin();
+}
+
+void ExportSession::begin() {
+    m_cancellable = Gio::Cancellable::create();
+    m_exporter = m_makeExporter(options.format);
+    m_errorMessage.clear();
+    m_failures.clear();
+    m_bytes.clear();
+    m_next = 0;
+    m_changed.emit();
+    exportNext();
+}
+
+void ExportSession::cancel() {
+    if (!isExporting()) return;
+    std::exchange(m_cancellable, {})->cancel();
+    m_step.disconnect();
+    m_exporter.reset();
+    m_next = 0;
+    m_changed.emit();
+}
+
+void ExportSession::exportNext() {
+    const auto note = m_notes(m_noteIDs[m_next]);
+    if (!note) {
+        // Deleted since the sheet was opened.
+        exported({},
+                 ExportError(ExportError::Kind::platformFailed, m_texts(texts::exportNoteIsGone)));
+        return;
+    }
+    m_exporter->exportNote(
+        *note, options, m_themes.currentTheme(), m_cancellable,
+        [this, title = note->title](const ExportOutcome& outcome) { exported(title, outcome); });
+}
+
+void ExportSession::exported(const std::string& title, const ExportOutcome& outcome) {
+    const auto* error = std::get_if<ExportError>(&outcome);
+    if (!m_folder) {
+        if (error != nullptr) return fail(error->description(m_texts));
+        m_bytes = std::get<std::string>(outcome);
+        m_cancellable.reset();
+        m_changed.emit();
+        m_ready.emit();
+        return;
+    }
+    if (error != nullptr) {
+        m_failures.push_back({title, error->description(m_texts)});
+    } else {
+        writeIntoFolder(title, std::get<std::string>(outcome));
+    }
+    ++m_next;
+    m_changed.emit();
+    // The exporter is still in its call.
+    m_step = Glib::signal_idle().connect([this] {
+        if (m_next < m_noteIDs.size()) {
+            exportNext();
+        } else {
+            endAll();
+        }
+        return false;
+    });
+}
+
+void ExportSession::writeIntoFolder(const std::string& title, const std::string& bytes) {
+    if (!writeBytes(freePath(title), bytes)) {
+        const ExportError error(ExportError::Kind::fileWriteFailed);
+        m_failures.push_back({title, error.description(m_texts)});
+    }
+}
+
+std::filesystem::path ExportSession::freePath(const std::string& title) {
+    std::error_code ignored;
+    std::filesystem::path path;
+    do {
+        path = *m_folder / m_names->next(title);
+    } while (std::filesystem::exists(std::filesystem::symlink_status(path, ignored)));
+    return path;
+}
+
+void ExportSession::endAll() {
+    m_exporter.reset();
+    if (!m_failures.empty()) return fail(failureText());
+    m_cancellable.reset();
+    m_changed.emit();
+    m_finished.emit();
+}
+
+std::string ExportSession::failureText() const {
+    std::string text = m_texts.format(
+        texts::exportedSome,
+        {std::to_string(m_noteIDs.size() - m_failures.size()), std::to_string(m_noteIDs.size())});
+    for (std::size_t i = 0; i < m_failures.size() && i < kMostNamed; ++i) {
+        const auto& failure = m_failures[i];
+        const auto& title = failure.title.empty() ? kUntitledExport : failure.title;
+        text += "\n" + title + ": " + failure.reason;
+    }
+    return m_failures.size() > kMostNamed ? text + "\n…" : text;
+}
+
+void ExportSession::fail(const std::string& message) {
+    m_cancellable.reset();
+    m_errorMessage = message;
+    m_changed.emit();
+}
+
+bool ExportSession::write(const std::filesystem::path& file) {
+    if (!writeBytes(file, m_bytes)) {
+        fail(ExportError(ExportError::Kind::fileWriteFailed).description(m_texts));
+        return false;
+    }
+    m_bytes.clear();
+    m_finished.emit();
+    return true;
+}
+
+bool ExportSession::writeBytes(const std::filesystem::path& file, const std::string& bytes) const {
+    constexpr auto kBesideAndRename =
+        static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT);
+    return g_file_set_contents_full(file.c_str(), bytes.data(), static_cast<gssize>(bytes.size()),
+                                    kBesideAndRename, 0666, nullptr) != FALSE;
+}
+
+}  // namespace corvel
