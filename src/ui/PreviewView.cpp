@@ -154,8 +154,8 @@ void PreviewView::showRendered(RenderOutcome outcome) {
     if (m_session.preferences.loadRemoteImages()) {
         body = MarkdownParserService::markRemoteImages(std::move(body));
     }
-    m_coordinator->show(generateCSS(m_session.themes.currentTheme()) + m_style.extraCss, std::move(body),
-                        std::exchange(m_place, std::nullopt));
+    m_coordinator->show(generateCSS(m_session.themes.currentTheme()) + m_style.extraCss,
+                        std::move(body), std::exchange(m_place, std::nullopt));
 }
 
 void PreviewView::showWebPage() {
@@ -181,7 +181,8 @@ void PreviewView::applyColors() {
 
 void PreviewView::relabel() {
     const bool isTooLarge = m_markdown.size() > kMostMarkdown;
-    m_notice.set_text(m_session.texts(isTooLarge ? texts::previewTooLarge : texts::previewUnavailable));
+    m_notice.set_text(
+        m_session.texts(isTooLarge ? texts::previewTooLarge : texts::previewUnavailable));
     const std::string label = m_label.empty() ? m_session.texts(texts::modePreview) : m_label;
     setAccessibleLabel(m_plainText, label);
     if (m_view) setAccessibleLabel(m_view->widget(), label);
