@@ -127,9 +127,11 @@ void Session::start() {
     state.sortOption.set(sortOptionFrom(store.string(kSortOption).value_or("")));
     state.sidebarFilter.set(SidebarFilter::fromString(store.string(kLastFilter).value_or("")));
     forgetMissingFolder();
-    list.reload();
+    list.open();
     sidebar.reload();
     const auto last = Uuid::parse(store.string(kLastNote).value_or(""));
+    // The list must reach to the note that was open last.
+    if (last && list.size() < list.noteCount() && !list.positionOf(*last)) list.reload();
     if (last && list.positionOf(*last)) {
         state.selectedNoteID.set(*last);
     } else if (const auto first = list.summaryAt(0)) {

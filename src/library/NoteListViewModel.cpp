@@ -15,6 +15,8 @@ namespace corvel {
 namespace {
 
 constexpr std::chrono::milliseconds kSearchSlice{8};
+/// More than a window shows.
+constexpr std::size_t kFirstRows = 100;
 
 void logFailure(const char* failure, const StoreError& error) {
     logLine(std::string(failure) + " " + error.what());
@@ -30,6 +32,21 @@ std::optional<std::size_t> takeOut(std::vector<RowId>& rows, RowId row) {
 
 void putIn(std::vector<RowId>& rows, std::size_t position, RowId row) {
     rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(position), row);
+}
+
+std::int64_t countOf(const NoteCounts& counts, SidebarFilter::Kind kind) {
+    switch (kind) {
+        case SidebarFilter::Kind::unfiled:
+            return counts.unfiled;
+        case SidebarFilter::Kind::localFiles:
+            return counts.localFiles;
+        case SidebarFilter::Kind::archived:
+            return counts.archived;
+        case SidebarFilter::Kind::trash:
+            return counts.trash;
+        default:
+            return counts.allNotes;
+    }
 }
 
 }  // namespace
@@ -83,14 +100,56 @@ void NoteListViewModel::replace() {
 }
 
 void NoteListViewModel::keepAllNotes() {
-    if (m_areHits || m_rowsFilter.kind != SidebarFilter::Kind::allNotes || m_rows.empty()) return;
+    if (std::exchange(m_isPart, false) || m_areHits ||
+        m_rowsFilter.kind != SidebarFilter::Kind::allNotes || m_rows.empty())
+        return;
     m_allNotes = KeptList{m_rowsSort, std::move(m_rows)};
+}
+
+void NoteListViewModel::open() {
+    if (!canOpenInPart()) {
+        reload();
+        return;
+    }
+    try {
+        const auto rows = m_library.listing.rows(m_filter, m_sort, kFirstRows);
+        m_isPart = rows.size() == kFirstRows;
+        show(rows);
+    } catch (const StoreError& error) {
+        logFailure("Error loading notes:", error);
+        return;
+    }
+    if (!m_isPart) return;
+    m_restWork = Glib::signal_idle().connect(
+        [this] {
+            if (m_isPart) reload();
+            return false;
+        },
+        Glib::PRIORITY_LOW);
+}
+
+// The lists that are long, and whose length the store knows.
+bool NoteListViewModel::canOpenInPart() const {
+    return !isSearching() && m_filter.kind != SidebarFilter::Kind::tag &&
+           m_filter.kind != SidebarFilter::Kind::folder;
+}
+
+std::size_t NoteListViewModel::noteCount() const {
+    if (!m_isPart) return m_rows.size();
+    try {
+        return static_cast<std::size_t>(countOf(m_library.listing.counts(), m_filter.kind));
+    } catch (const StoreError& error) {
+        logFailure("Error loading notes:", error);
+        return m_rows.size();
+    }
 }
 
 void NoteListViewModel::reload() {
     m_allNotes.reset();
     try {
-        show(readRows());
+        const auto rows = readRows();
+        m_isPart = false;
+        show(rows);
     } catch (const StoreError& error) {
         logFailure(isSearching() ? "Error searching:" : "Error loading notes:", error);
     }
@@ -181,7 +240,7 @@ void NoteListViewModel::noteChanged(const NoteChange& change) {
     } catch (const StoreError&) {
         m_allNotes.reset();
     }
-    if (isSearching()) {
+    if (isSearching() || m_isPart) {
         reload();
         return;
     }

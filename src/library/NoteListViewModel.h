@@ -46,12 +46,17 @@ public:
     const std::string& searchQuery() const { return m_query; }
     bool isSearching() const { return !m_query.empty(); }
 
+    /// How many rows there are now; fewer than `noteCount` right after `open`.
     std::size_t size() const { return m_rows.size(); }
+    /// How many notes are listed.
+    std::size_t noteCount() const;
     RowId rowAt(std::size_t position) const { return m_rows[position]; }
     /// None when the note has gone meanwhile.
     std::optional<NoteSummary> summaryAt(std::size_t position) const;
     std::optional<NoteSummary> summaryOf(RowId row) const;
     std::optional<std::size_t> positionOf(const Uuid& id) const;
+    /// Reads the first rows at once, the others when the main loop has nothing else to do.
+    void open();
     void reload();
     /// Shows `title` for a note whose edits are not saved yet; saving it ends that.
     void showDraft(const Uuid& id, const std::string& title);
@@ -94,6 +99,7 @@ private:
     };
 
     void replace();
+    bool canOpenInPart() const;
     void keepAllNotes();
     std::optional<std::size_t> placeIn(const std::vector<RowId>& rows,
                                        const SidebarFilter& filter,
@@ -126,6 +132,8 @@ private:
     SidebarFilter m_rowsFilter;  // what m_rows are, when they are no search's hits
     SortOption m_rowsSort = SortOption::modifiedDate;
     bool m_areHits = false;
+    bool m_isPart = false;  ///< m_rows are only the first ones
+    ScopedConnection m_restWork;
     std::optional<KeptList> m_allNotes;
     struct Draft {
         Uuid id;

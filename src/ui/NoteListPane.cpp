@@ -267,7 +267,8 @@ std::string NoteListPane::titleText() const {
 
 void NoteListPane::showTitle() {
     m_title.set_text(titleText());
-    m_subtitle.set_text(m_session.texts.notes(static_cast<std::int64_t>(m_session.list.size())));
+    m_subtitle.set_text(
+        m_session.texts.notes(static_cast<std::int64_t>(m_session.list.noteCount())));
 }
 
 void NoteListPane::showEmptyState() {

@@ -49,6 +49,42 @@ protected:
     SidebarViewModel sidebar{*library, texts, notifications};
 };
 
+TEST_F(NoteListViewModelTest, OpensWithTheFirstRowsAndReadsTheOthersSoonAfter) {
+    constexpr std::size_t kNotes = 250;
+    {
+        ViewContext::Group group(library->controller.viewContext());
+        for (std::size_t number = 0; number < kNotes; ++number) {
+            library.add("note", static_cast<std::int64_t>(number));
+        }
+        group.commit();
+    }
+    NoteListViewModel opened{*library, notifications};
+    std::size_t followed = 0;
+    std::size_t told = 0;
+    opened.signalSpliced().connect([&](const ListSplice& splice) {
+        EXPECT_LE(splice.position + splice.removed, followed);
+        followed = followed - splice.removed + splice.added;
+        told = opened.noteCount();
+    });
+    opened.open();
+    EXPECT_LT(opened.size(), kNotes);
+    EXPECT_EQ(told, kNotes) << "the list's length is known at once";
+    const auto first = opened.rowAt(0);
+    ASSERT_TRUE(turnUntil([&] { return opened.size() == kNotes; }));
+    EXPECT_EQ(followed, kNotes);
+    EXPECT_EQ(opened.rowAt(0), first);
+
+    opened.open();
+    library.add("newest", kNotes + 1);
+    EXPECT_EQ(opened.summaryAt(0)->title, "newest");
+    EXPECT_EQ(opened.size(), kNotes + 1) << "a change does not meet half a list";
+    opened.open();
+    opened.setFilter({SidebarFilter::Kind::trash, {}, {}});
+    opened.setFilter({});
+    EXPECT_EQ(opened.size(), kNotes + 1) << "half a list is not kept for later";
+    EXPECT_EQ(followed, opened.size());
+}
+
 TEST_F(NoteListViewModelTest, ChangesAreSplicedInPlace) {
     const Note a = library.add("a", 10);
     const Note b = library.add("b", 20);
