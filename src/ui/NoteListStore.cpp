@@ -6,8 +6,9 @@ namespace corvel {
 
 namespace {
 
-/// More rows than most windows are high.
-constexpr std::size_t kScreenful = 20;
+/// As many rows as most windows are high; a higher one is full with the next frame.
+constexpr std::size_t kScreenful = 12;
+constexpr std::size_t kGrowth = 20;
 /// From here on the list view makes no more rows than it has.
 constexpr std::size_t kMadeAtOnce = 240;
 
@@ -44,7 +45,7 @@ void NoteListStore::spliceAnew(const ListSplice& change) {
 }
 
 void NoteListStore::grow() {
-    const std::size_t more = m_size + kScreenful;
+    const std::size_t more = m_size + kGrowth;
     growTo(more < kMadeAtOnce ? more : m_list.size());
 }
 

@@ -2,7 +2,10 @@
 
 #include "app/Texts.h"
 #include "ui/Accessible.h"
+#include "ui/LineHeight.h"
 #include "ui/RelativeDate.h"
+
+#include <algorithm>
 
 namespace corvel {
 
@@ -10,6 +13,10 @@ namespace {
 
 constexpr int kLineGap = 2;
 constexpr int kGap = 8;
+constexpr int kPin = 14;
+constexpr int kNarrowest = 100;
+/// Some letters and the chip's ends.
+constexpr int kNarrowestTag = 40;
 
 std::string titleOf(const NoteSummary& note, const Localisation& texts) {
     return note.title.empty() ? texts(texts::untitled) : note.title;
@@ -21,6 +28,14 @@ void makeOneLine(Gtk::Label& label) {
     label.set_single_line_mode(true);
 }
 
+int naturalWidth(const Gtk::Label& label) {
+    int minimum = 0;
+    int natural = 0;
+    int ignored = 0;
+    label.measure(Gtk::Orientation::HORIZONTAL, -1, minimum, natural, ignored, ignored);
+    return natural;
+}
+
 }  // namespace
 
 std::string accessibleNameOf(const NoteSummary& note, const Localisation& texts) {
@@ -30,29 +45,87 @@ std::string accessibleNameOf(const NoteSummary& note, const Localisation& texts)
     return name;
 }
 
-NoteRow::NoteRow() : Gtk::Box(Gtk::Orientation::VERTICAL, kLineGap) {
+NoteRow::NoteRow() : Glib::ObjectBase("CorvelNoteRow") {
     add_css_class("note-row");
     m_pin.set_from_icon_name("corvel-pin-symbolic");
-    m_pin.set_pixel_size(14);
+    m_pin.set_pixel_size(kPin);
     m_title.add_css_class("note-title");
-    m_title.set_hexpand(true);
     m_excerpt.add_css_class("note-excerpt");
     m_date.add_css_class("note-date");
     makeOneLine(m_title);
     makeOneLine(m_excerpt);
-    auto* titleLine = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap - 2);
-    titleLine->append(m_pin);
-    titleLine->append(m_title);
-    auto* lastLine = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
-    lastLine->append(m_date);
+    m_pin.set_parent(*this);
+    m_title.set_parent(*this);
+    m_excerpt.set_parent(*this);
+    m_date.set_parent(*this);
     for (auto& tag : m_tags) {
         makeOneLine(tag);
         tag.add_css_class("tag-chip");
-        lastLine->append(tag);
+        tag.set_parent(*this);
     }
-    append(*titleLine);
-    append(m_excerpt);
-    append(*lastLine);
+}
+
+NoteRow::~NoteRow() {
+    m_pin.unparent();
+    m_title.unparent();
+    m_excerpt.unparent();
+    m_date.unparent();
+    for (auto& tag : m_tags) {
+        tag.unparent();
+    }
+}
+
+Gtk::SizeRequestMode NoteRow::get_request_mode_vfunc() const {
+    return Gtk::SizeRequestMode::CONSTANT_SIZE;
+}
+
+// A row without tags is as high as one with them: rows of one height scroll evenly.
+NoteRow::LineHeights NoteRow::heights() const {
+    return {lineHeight(m_title), lineHeight(m_excerpt),
+            std::max(lineHeight(m_date), lineHeight(m_tags.front()))};
+}
+
+void NoteRow::measure_vfunc(Gtk::Orientation orientation,
+                            int /*forSize*/,
+                            int& minimum,
+                            int& natural,
+                            int& minimumBaseline,
+                            int& naturalBaseline) const {
+    minimumBaseline = naturalBaseline = -1;
+    minimum = natural = kNarrowest;
+    if (orientation == Gtk::Orientation::HORIZONTAL) return;
+    const auto lines = heights();
+    minimum = natural = lines.title + lines.excerpt + lines.last + 2 * kLineGap;
+}
+
+void NoteRow::size_allocate_vfunc(int width, int /*height*/, int /*baseline*/) {
+    const auto lines = heights();
+    placeTitle(width, lines.title);
+    m_excerpt.size_allocate({0, lines.title + kLineGap, width, lines.excerpt}, -1);
+    placeLast(lines.title + lines.excerpt + 2 * kLineGap, width, lines.last);
+}
+
+void NoteRow::placeTitle(int width, int height) {
+    const int start = m_pin.get_visible() ? kPin + kGap - 2 : 0;
+    if (start > 0) m_pin.size_allocate({0, 0, kPin, height}, -1);
+    m_title.size_allocate({start, 0, std::max(0, width - start), height}, -1);
+}
+
+// Tags that have no room are left out.
+void NoteRow::placeLast(int y, int width, int height) {
+    const int date = std::min(naturalWidth(m_date), width);
+    m_date.size_allocate({0, y, date, height}, -1);
+    int x = date + kGap;
+    for (auto& tag : m_tags) {
+        if (!tag.get_visible()) continue;
+        const int wanted = naturalWidth(tag);
+        const int room = std::min(wanted, width - x);
+        const bool fits = room >= std::min(wanted, kNarrowestTag);
+        tag.set_child_visible(fits);
+        if (!fits) continue;
+        tag.size_allocate({x, y, room, height}, -1);
+        x += room + kGap;
+    }
 }
 
 void NoteRow::show(const std::optional<NoteSummary>& note, const Localisation& texts) {
