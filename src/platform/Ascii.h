@@ -13,6 +13,10 @@ constexpr bool isAscii(char byte) {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 
+constexpr bool isLetter(char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+}
+
 /// Length of the run of ASCII bytes at the start of `text`.
 inline std::size_t runLength(std::string_view text) {
     constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;

@@ -162,8 +162,16 @@ private:
             }
             countStart(previous, current);
             previous = current;
+            if (current == WordClass::letter) skipLetters();
         }
         return true;
+    }
+
+    // Letters after a letter change nothing.
+    void skipLetters() {
+        while (m_position < m_text.size() && ascii::isLetter(m_text[m_position])) {
+            ++m_position;
+        }
     }
 
     void countStart(WordClass previous, WordClass current) {
@@ -204,6 +212,21 @@ private:
     bool m_isCounted = false;
 };
 
+/// The bytes of the character at `at` when it neither joins another such character nor is joined by
+/// one: ASCII without CR, Latin up to U+02FF, dashes, quotes and dots. Else 0.
+std::size_t plainCharacterAt(std::string_view text, std::size_t at) {
+    const auto byte = [&](std::size_t offset) {
+        return at + offset < text.size() ? static_cast<unsigned char>(text[at + offset]) : 0U;
+    };
+    const auto isContinuation = [&](std::size_t offset) { return (byte(offset) & 0xC0U) == 0x80U; };
+    const unsigned first = byte(0);
+    if (first < 0x80U) return first == '\r' ? 0 : 1;
+    if (first >= 0xC2U && first <= 0xCBU) return isContinuation(1) ? 2 : 0;
+    // U+2010 to U+2027
+    if (first == 0xE2U && byte(1) == 0x80U && byte(2) >= 0x90U && byte(2) <= 0xA7U) return 3;
+    return 0;
+}
+
 }  // namespace
 
 std::int32_t wordCount(std::string_view text) {
@@ -211,17 +234,19 @@ std::int32_t wordCount(std::string_view text) {
 }
 
 std::string_view prefixByGraphemes(std::string_view text, std::size_t count) {
-    // ASCII followed by ASCII is a character of its own, but for CR LF.
     std::size_t plain = 0;
-    while (plain < count && plain < text.size() && ascii::isAscii(text[plain]) &&
-           text[plain] != '\r' && (plain + 1 == text.size() || ascii::isAscii(text[plain + 1]))) {
-        ++plain;
+    std::size_t counted = 0;
+    for (; counted < count && plain < text.size(); ++counted) {
+        const std::size_t size = plainCharacterAt(text, plain);
+        const std::size_t next = plain + size;
+        if (size == 0 || (next < text.size() && plainCharacterAt(text, next) == 0)) break;
+        plain = next;
     }
-    if (plain == count || plain == text.size()) return text.substr(0, plain);
+    if (counted == count || plain == text.size()) return text.substr(0, plain);
     static Breaks characters(icu::BreakIterator::createCharacterInstance);
     auto& iterator = characters.over(text.substr(plain));
     std::int32_t end = 0;
-    for (std::size_t i = plain; i < count; ++i) {
+    for (; counted < count; ++counted) {
         const std::int32_t next = iterator.next();
         if (next == icu::BreakIterator::DONE) return text;
         end = next;

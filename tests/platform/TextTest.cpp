@@ -68,6 +68,19 @@ std::int32_t wordsByIcu(std::string_view text) {
     return count;
 }
 
+std::string prefixByIcu(std::string_view text, std::size_t count) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    const auto source = wide(text);
+    characters->setText(source);
+    std::int32_t end = 0;
+    for (std::size_t i = 0; i < count && end != icu::BreakIterator::DONE; ++i) {
+        end = characters->next();
+    }
+    return end == icu::BreakIterator::DONE ? std::string(text) : utf8(source.tempSubString(0, end));
+}
+
 using Random = std::mt19937;
 
 std::string randomOf(const std::vector<std::string>& alphabet, std::size_t length, Random& random) {
@@ -169,6 +182,18 @@ TEST(Text, CountsWordsAsIcuDoesAroundEveryCommonCharacter) {
         const auto text = mark + " a" + mark + "b 1" + mark + "2 1" + mark + "b _" + mark + "'" +
                           mark + mark + " " + mark + "a" + mark + mark + "b";
         ASSERT_EQ(wordCount(text), wordsByIcu(text)) << std::hex << c;
+    }
+}
+
+TEST(Text, CutsWhereIcuBreaksCharacters) {
+    const std::vector<std::string> alphabet = {"a",      "ż",      "ÿ",      "–",  "…", "\u00AD",
+                                               "\r",     "\n",     "\u0301", "😀",  "🇵", "\u200D",
+                                               "\u2010", "\uFE0F", "\u0600", "한", "©", "\u203C"};
+    Random random(5);
+    for (int round = 0; round < 20000; ++round) {
+        const auto text = randomOf(alphabet, random() % 10, random);
+        const std::size_t count = random() % 10;
+        ASSERT_EQ(prefixByGraphemes(text, count), prefixByIcu(text, count)) << text;
     }
 }
 
