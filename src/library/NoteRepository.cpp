@@ -96,6 +96,11 @@ void NoteRepository::createUnsaved(const Note& note) {
     m_context.apply(insertion(note));
 }
 
+void NoteRepository::createUnsaved(std::vector<noteWriter::PreparedNote> notes) {
+    m_context.apply(
+        [notes = std::move(notes)](Database& database) { noteWriter::insert(database, notes); });
+}
+
 void NoteRepository::update(const Note& note) {
     auto change = [note, derived = DerivedText::of(note.content)](Database& database) {
         if (const auto row = noteWriter::rowOf(database, note.id)) {

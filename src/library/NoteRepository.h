@@ -2,6 +2,7 @@
 
 #include "library/NoteRepositoryProtocol.h"
 #include "library/NoteSummary.h"
+#include "library/NoteWriter.h"
 #include "model/ViewContext.h"
 
 #include <sigc++/signal.h>
@@ -42,6 +43,8 @@ public:
     /// As `create`, left unsaved and unannounced: for an import, which saves many at once and then
     /// has lists and the search index read the store anew.
     void createUnsaved(const Note& note);
+    /// Several as one change.
+    void createUnsaved(std::vector<noteWriter::PreparedNote> notes);
 
     /// Emitted after the store has taken a change, also when it could only keep it for the next
     /// save.

@@ -1,5 +1,7 @@
 #include "library/NoteState.h"
 
+#include "library/CountChanges.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -16,40 +18,6 @@ std::vector<std::int64_t> readKeys(Database& database, std::string_view sql, Row
     }
     std::sort(keys.begin(), keys.end());
     return keys;
-}
-
-void addToCounter(Database& database, const char* name, bool before, bool after) {
-    if (before == after) return;
-    database
-        .query(
-            "INSERT INTO counter(name, value) VALUES(?,?)"
-            " ON CONFLICT(name) DO UPDATE SET value=value+excluded.value")
-        .bind(name, after ? 1 : -1)
-        .run();
-}
-
-using Keys = std::vector<std::int64_t>;
-
-void addToKeys(
-    Database& database, std::string_view sql, const Keys& from, const Keys& without, int amount) {
-    Keys keys;
-    std::set_difference(from.begin(), from.end(), without.begin(), without.end(),
-                        std::back_inserter(keys));
-    for (const auto key : keys) {
-        database.query(sql).bind(amount, key).run();
-    }
-}
-
-bool isUnfiled(const NoteState& state) {
-    return state.isListed() && state.folders.empty();
-}
-
-bool isLocalFile(const NoteState& state) {
-    return state.isListed() && state.hasBookmark;
-}
-
-bool isInArchive(const NoteState& state) {
-    return state.exists && state.isArchived && !state.isTrashed;
 }
 
 }  // namespace
@@ -84,8 +52,12 @@ NoteState NoteState::read(Database& database, RowId row) {
     return state;
 }
 
-void NoteState::readLinks(Database& database, RowId row) {
+void NoteState::readFolders(Database& database, RowId row) {
     folders = readKeys(database, "SELECT folderPk FROM noteFolder WHERE notePk=?", row);
+}
+
+void NoteState::readLinks(Database& database, RowId row) {
+    readFolders(database, row);
     textTags = readKeys(database, "SELECT tagPk FROM noteTag WHERE notePk=? AND isInText=1", row);
 }
 
@@ -99,40 +71,19 @@ void NoteBookkeeping::finish() {
 }
 
 void NoteBookkeeping::finishWith(const NoteState& after) {
-    updateCounters(after);
-    updateFolders(after);
-    updateTags(after);
-    m_before = after;
+    CountChanges changes;
+    finishWith(after, changes);
+    changes.write(m_database);
 }
 
-void NoteBookkeeping::updateCounters(const NoteState& after) {
-    addToCounter(m_database, "allNotes", m_before.isListed(), after.isListed());
-    addToCounter(m_database, "unfiled", isUnfiled(m_before), isUnfiled(after));
-    addToCounter(m_database, "localFiles", isLocalFile(m_before), isLocalFile(after));
-    addToCounter(m_database, "archived", isInArchive(m_before), isInArchive(after));
-    addToCounter(m_database, "trash", m_before.exists && m_before.isTrashed,
-                 after.exists && after.isTrashed);
-}
-
-void NoteBookkeeping::updateFolders(const NoteState& after) {
-    const Keys before = m_before.isListed() ? m_before.folders : Keys{};
-    const Keys now = after.isListed() ? after.folders : Keys{};
-    constexpr std::string_view kSql = "UPDATE folder SET noteCount=noteCount+? WHERE pk=?";
-    addToKeys(m_database, kSql, before, now, -1);
-    addToKeys(m_database, kSql, now, before, 1);
+void NoteBookkeeping::finishWith(const NoteState& after, CountChanges& changes) {
+    changes.add(m_before, after);
     if (after.exists && after.folders.size() != m_before.folders.size()) {
         m_database.query("UPDATE note SET folderCount=? WHERE pk=?")
             .bind(static_cast<std::int64_t>(after.folders.size()), m_row)
             .run();
     }
-}
-
-void NoteBookkeeping::updateTags(const NoteState& after) {
-    const Keys before = m_before.isListed() ? m_before.textTags : Keys{};
-    const Keys now = after.isListed() ? after.textTags : Keys{};
-    constexpr std::string_view kSql = "UPDATE tag SET listedCount=listedCount+? WHERE pk=?";
-    addToKeys(m_database, kSql, before, now, -1);
-    addToKeys(m_database, kSql, now, before, 1);
+    m_before = after;
 }
 
 // The rows whose copies already agree are left alone: most changes touch none or all of them.

@@ -28,7 +28,10 @@ struct NoteState {
     static NoteState of(const Note& note);
     static NoteState read(Database& database, RowId row);
     void readLinks(Database& database, RowId row);
+    void readFolders(Database& database, RowId row);
 };
+
+class CountChanges;
 
 /// Keeps the counts and copies in step with one note: made before a change of it, finished after.
 /// Only what differs is written.
@@ -43,11 +46,10 @@ public:
     void finish();
     /// For a caller that knows the state after the change and has written the copies itself.
     void finishWith(const NoteState& after);
+    /// The same for one of many notes: its counts go to `changes`, which the caller writes.
+    void finishWith(const NoteState& after, CountChanges& changes);
 
 private:
-    void updateCounters(const NoteState& after);
-    void updateFolders(const NoteState& after);
-    void updateTags(const NoteState& after);
     void updateCopies(const NoteState& after);
 
     Database& m_database;

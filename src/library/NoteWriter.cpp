@@ -1,9 +1,12 @@
 #include "library/NoteWriter.h"
 
+#include "library/CountChanges.h"
 #include "library/NoteState.h"
 #include "library/NoteText.h"
 #include "library/TagRows.h"
 #include "platform/Text.h"
+
+#include <algorithm>
 
 namespace corvel {
 
@@ -54,6 +57,27 @@ void fileInFolders(Database& database,
     }
 }
 
+void insertOne(Database& database,
+               const Note& note,
+               const DerivedText& derived,
+               tagRows::TagKeys& tags,
+               CountChanges& changes) {
+    using tagRows::Source;
+    insertNoteRow(database, note, derived);
+    const RowId row = database.lastInsertedRow();
+    NoteBookkeeping bookkeeping(database, row, NoteBookkeeping::NewNote{});
+    NoteState state = NoteState::of(note);
+    database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
+        .bind(row, note.content)
+        .run();
+    tagRows::attach(database, row, pathsWithPrefixes(note.tags), Source::elsewhere, state, tags);
+    state.textTags = tagRows::attach(database, row, derived.tagPaths, Source::text, state, tags);
+    std::sort(state.textTags.begin(), state.textTags.end());
+    fileInFolders(database, row, note.folderIDs, state);
+    if (!note.folderIDs.empty()) state.readFolders(database, row);
+    bookkeeping.finishWith(state, changes);
+}
+
 // Several statements, so that an edit does not touch the indexes on what it leaves as it is.
 void updateNoteRow(Database& database, RowId row, const Note& note, const DerivedText& derived) {
     database.query("UPDATE note SET modifiedAt=?, syncStatus=1, excerpt=? WHERE pk=?")
@@ -85,18 +109,19 @@ std::optional<RowId> rowOf(Database& database, const Uuid& id) {
 }
 
 void insert(Database& database, const Note& note, const DerivedText& derived) {
-    insertNoteRow(database, note, derived);
-    const RowId row = database.lastInsertedRow();
-    NoteBookkeeping bookkeeping(database, row, NoteBookkeeping::NewNote{});
-    NoteState state = NoteState::of(note);
-    database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
-        .bind(row, note.content)
-        .run();
-    tagRows::attach(database, row, pathsWithPrefixes(note.tags), tagRows::Source::elsewhere, state);
-    tagRows::attach(database, row, derived.tagPaths, tagRows::Source::text, state);
-    fileInFolders(database, row, note.folderIDs, state);
-    state.readLinks(database, row);
-    bookkeeping.finishWith(state);
+    tagRows::TagKeys tags(database);
+    CountChanges changes;
+    insertOne(database, note, derived, tags, changes);
+    changes.write(database);
+}
+
+void insert(Database& database, const std::vector<PreparedNote>& notes) {
+    tagRows::TagKeys tags(database);
+    CountChanges changes;
+    for (const auto& [note, derived] : notes) {
+        insertOne(database, note, derived, tags, changes);
+    }
+    changes.write(database);
 }
 
 void update(Database& database, RowId row, const Note& note, const DerivedText& derived) {

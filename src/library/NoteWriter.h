@@ -26,6 +26,14 @@ namespace noteWriter {
 
 std::optional<RowId> rowOf(Database& database, const Uuid& id);
 void insert(Database& database, const Note& note, const DerivedText& derived);
+
+/// A record that is to be inserted, with what its text says.
+struct PreparedNote {
+    Note note;
+    DerivedText derived;
+};
+/// Gives the same rows as inserting one after the other.
+void insert(Database& database, const std::vector<PreparedNote>& notes);
 /// Copies the record into the row, without `id`, `createdAt`, pin, archive and folders.
 void update(Database& database, RowId row, const Note& note, const DerivedText& derived);
 /// Runs one statement whose only parameter is the note's key.

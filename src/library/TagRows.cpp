@@ -83,15 +83,27 @@ void replace(Database& database,
     for (const auto key : gone) {
         database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?").bind(key, note).run();
     }
-    attach(database, note, missing, Source::text, state);
+    TagKeys keys(database);
+    attach(database, note, missing, Source::text, state, keys);
 }
 
-void attach(Database& database,
-            RowId note,
-            const std::vector<std::string>& paths,
-            Source source,
-            const NoteState& state) {
+std::int64_t TagKeys::keyOf(const std::string& fullPath) {
+    const auto known = m_known.find(fullPath);
+    if (known != m_known.end()) return known->second;
+    const auto key = findOrCreateTag(m_database, fullPath);
+    m_known.emplace(fullPath, key);
+    return key;
+}
+
+std::vector<std::int64_t> attach(Database& database,
+                                 RowId note,
+                                 const std::vector<std::string>& paths,
+                                 Source source,
+                                 const NoteState& state,
+                                 TagKeys& keys) {
+    std::vector<std::int64_t> attached;
     for (const auto& path : paths) {
+        attached.push_back(keys.keyOf(path));
         database
             .query(
                 "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText, isListed, isPinned, "
@@ -99,10 +111,11 @@ void attach(Database& database,
                 " VALUES(?,?,1,?,?,?,?)"
                 " ON CONFLICT(tagPk, notePk) DO UPDATE SET isAttached=1, "
                 "isInText=isInText|excluded.isInText")
-            .bind(findOrCreateTag(database, path), note, source == Source::text, state.isListed(),
-                  state.isPinned, state.modifiedAt)
+            .bind(attached.back(), note, source == Source::text, state.isListed(), state.isPinned,
+                  state.modifiedAt)
             .run();
     }
+    return attached;
 }
 
 void markInText(Database& database, RowId note, const std::vector<std::string>& textPaths) {

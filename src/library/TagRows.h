@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace corvel::tagRows {
@@ -24,12 +25,26 @@ void replace(Database& database,
 
 enum class Source { text, elsewhere };
 
-/// Attaches further tags to the note, with `state` in the copies that lists are ordered by.
-void attach(Database& database,
-            RowId note,
-            const std::vector<std::string>& paths,
-            Source source,
-            const NoteState& state);
+/// The keys of tag objects that were asked for before, for as long as no tag can go.
+class TagKeys {
+public:
+    explicit TagKeys(Database& database) : m_database(database) {}
+    /// As findOrCreateTag.
+    std::int64_t keyOf(const std::string& fullPath);
+
+private:
+    Database& m_database;
+    std::unordered_map<std::string, std::int64_t> m_known;
+};
+
+/// Attaches further tags to the note, with `state` in the copies that lists are ordered by. Gives
+/// their keys.
+std::vector<std::int64_t> attach(Database& database,
+                                 RowId note,
+                                 const std::vector<std::string>& paths,
+                                 Source source,
+                                 const NoteState& state,
+                                 TagKeys& keys);
 
 /// Marks which tags stand in the note's text and attaches none.
 void markInText(Database& database, RowId note, const std::vector<std::string>& textPaths);

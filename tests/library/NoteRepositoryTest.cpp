@@ -236,5 +236,33 @@ TEST(DerivedRows, TheSampleNotesKeepTheirCountsAndHaveTagsInTheTreeOnly) {
     EXPECT_THAT(library.notes.fetchNotes(SidebarFilter::tag("tags"), SortOption::title), IsEmpty());
 }
 
+TEST(NoteRepository, ManyNotesAtOnceGiveTheRowsOfOneAfterTheOther) {
+    std::vector<std::string> dumps;
+    for (const bool isAtOnce : {false, true}) {
+        TestLibrary library;
+        library.add("# There before\n\n#work/plan");
+        const auto folder = library->folders.createFolder("Folder", std::nullopt).id;
+        std::vector<noteWriter::PreparedNote> notes;
+        for (int number = 0; number < 24; ++number) {
+            Note note = noteFrom("# N\n\n#work/plan #t" + std::to_string(number % 5) + " #a/b/c");
+            note.isPinned = number % 4 == 1;
+            note.isArchived = number % 5 == 2;
+            note.isTrashed = number % 6 == 3;
+            if (number % 3 == 0) note.folderIDs = {folder};
+            if (number % 7 == 0) note.tags = {Tag{Uuid::random(), "c", "kept/c", {}}};
+            if (number % 8 == 0) note.bookmarkData = std::vector<std::uint8_t>{1};
+            if (isAtOnce) {
+                notes.push_back({note, DerivedText::of(note.content)});
+            } else {
+                library->notes.createUnsaved(note);
+            }
+        }
+        if (isAtOnce) library->notes.createUnsaved(notes);
+        library.controller().viewContext().save();
+        dumps.push_back(dumpOfStore(library.controller()));
+    }
+    EXPECT_EQ(dumps[0], dumps[1]);
+}
+
 }  // namespace
 }  // namespace corvel
