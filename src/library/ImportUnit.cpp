@@ -107,6 +107,7 @@ std::variant<ImportUnit, ImportFault> ImportUnit::read(const std::filesystem::pa
     unit.note.createdAt = file.createdAt;
     unit.note.modifiedAt = file.modifiedAt;
     ImageImport(unit).run();
+    unit.derived = DerivedText::of(unit.note.content);
     return unit;
 }
 

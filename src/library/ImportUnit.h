@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/MarkdownImporter.h"
+#include "library/NoteWriter.h"
 #include "model/Attachment.h"
 #include "model/Note.h"
 
@@ -15,6 +16,7 @@ namespace corvel {
 struct ImportUnit {
     std::filesystem::path path;
     Note note;
+    DerivedText derived;
     std::vector<Attachment> attachments;
     std::vector<std::filesystem::path> missingImages;
 

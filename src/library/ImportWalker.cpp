@@ -88,8 +88,9 @@ void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
     }
     if (*m_open != std::filesystem::directory_iterator{}) return;
     m_open.reset();
+    // All lie in one directory: whole paths are in the order of names.
     std::sort(m_entries.begin(), m_entries.end(),
-              [](const Pending& a, const Pending& b) { return a.path < b.path; });
+              [](const Pending& a, const Pending& b) { return a.path.native() < b.path.native(); });
     m_pending.insert(m_pending.begin(), std::make_move_iterator(m_entries.begin()),
                      std::make_move_iterator(m_entries.end()));
     m_entries.clear();

@@ -249,9 +249,19 @@ private:
     std::set<std::string> m_labels;
 };
 
+// A cheap look before the whole text is read: most have no image at all.
+bool mayHoldImage(std::string_view text) {
+    if (text.find("![") != text.npos) return true;
+    for (auto open = text.find('<'); open != text.npos; open = text.find('<', open + 1)) {
+        if (open + 1 < text.size() && (text[open + 1] | 0x20) == 'i') return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 std::vector<ImageReference> imageReferencesIn(std::string_view markdown) {
+    if (!mayHoldImage(markdown)) return {};
     return ImageScanner(markdown).references();
 }
 

@@ -4,6 +4,7 @@
 #include "library/ImportWalker.h"
 #include "library/Library.h"
 #include "model/PersistenceController.h"
+#include "platform/Checkpoints.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -20,9 +21,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Files are gathered for so long; storing them and the commit take the rest of a slice.
-constexpr auto kGathering = std::chrono::milliseconds(4);
-constexpr std::size_t kMostBytesAtOnce = 1024 * 1024;
+// A slice gathers files for so long, or it stores what earlier ones have gathered (a commit writes
+// the same pages of the indexes for few notes as for many), or it empties the store's log.
+constexpr auto kGathering = std::chrono::milliseconds(8);
+constexpr std::size_t kMostBytesAtOnce = 512 * 1024;
+constexpr std::size_t kMostNotesAtOnce = 80;
 
 std::size_t sizeOf(const ImportUnit& unit) {
     std::size_t size = unit.note.content.size();
@@ -59,7 +62,8 @@ public:
         , m_walker(paths)
         , m_options(options)
         , m_progress(std::move(progress))
-        , m_done(std::move(done)) {}
+        , m_done(std::move(done))
+        , m_checkpoints(library.controller.viewContext().database()) {}
 
     void begin(const std::function<void()>& finished) {
         m_idle = Glib::signal_idle().connect([this, finished] {
@@ -77,16 +81,26 @@ public:
 private:
     // False when all is done.
     bool slice() {
-        if (m_report.wasCancelled || m_walker.isFinished()) return false;
-        gather();
-        storeBatch();
-        if (m_progress) m_progress(m_doneCount, m_walker.foundCount());
+        if (m_report.wasCancelled) return false;
+        const bool isFinished = m_walker.isFinished();
+        if (isFinished && m_batch.empty()) return false;
+        if (m_checkpoints.isDue()) {
+            m_checkpoints.run();
+        } else if (isFinished || isBatchFull()) {
+            storeBatch();
+        } else {
+            gather();
+        }
+        if (m_progress) m_progress(m_doneCount - m_batch.size(), m_walker.foundCount());
         return true;
+    }
+
+    bool isBatchFull() const {
+        return m_batchBytes >= kMostBytesAtOnce || m_batch.size() >= kMostNotesAtOnce;
     }
 
     void gather() {
         const auto deadline = Clock::now() + kGathering;
-        std::size_t bytes = 0;
         do {
             const auto file = m_walker.step(m_report.skipped);
             if (!file) continue;
@@ -95,10 +109,10 @@ private:
             if (const auto* fault = std::get_if<ImportFault>(&unit)) {
                 m_report.skipped.push_back({file->path, *fault});
             } else if (placed(std::get<ImportUnit>(unit), file->folder)) {
-                bytes += sizeOf(std::get<ImportUnit>(unit));
+                m_batchBytes += sizeOf(std::get<ImportUnit>(unit));
                 m_batch.push_back(std::get<ImportUnit>(std::move(unit)));
             }
-        } while (!m_walker.isFinished() && bytes < kMostBytesAtOnce && Clock::now() < deadline);
+        } while (!m_walker.isFinished() && !isBatchFull() && Clock::now() < deadline);
     }
 
     bool placed(ImportUnit& unit, const std::filesystem::path& folder) {
@@ -131,6 +145,7 @@ private:
     // All as one; when that fails each file alone, so that one bad file spoils no other.
     void storeBatch() {
         const auto batch = std::exchange(m_batch, {});
+        m_batchBytes = 0;
         if (batch.empty() || (batch.size() > 1 && store(batch.data(), batch.size(), nullptr)))
             return;
         for (const auto& unit : batch) {
@@ -142,8 +157,12 @@ private:
     bool store(const ImportUnit* units, std::size_t count, std::string* reason) {
         ViewContext::Group group(m_library.controller.viewContext());
         try {
+            std::vector<noteWriter::PreparedNote> notes;
             for (std::size_t i = 0; i < count; ++i) {
-                m_library.notes.createUnsaved(units[i].note);
+                notes.push_back({units[i].note, units[i].derived});
+            }
+            m_library.notes.createUnsaved(std::move(notes));
+            for (std::size_t i = 0; i < count; ++i) {
                 for (const auto& attachment : units[i].attachments) {
                     m_library.attachments.createUnsaved(attachment, units[i].note.id);
                 }
@@ -193,7 +212,9 @@ private:
     Progress m_progress;
     Done m_done;
     ImportReport m_report;
+    Checkpoints m_checkpoints;
     std::vector<ImportUnit> m_batch;
+    std::size_t m_batchBytes = 0;
     std::map<std::filesystem::path, Uuid> m_folders;
     std::size_t m_doneCount = 0;
     ScopedConnection m_idle;
