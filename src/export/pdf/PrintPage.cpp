@@ -26,7 +26,7 @@ std::string printPage(PageSize size,
             @bottom-center { content: counter(page); font-size: 10px; color: #888; }
         }
         )";
-    page += css;
+    page += styleText(css);
     page += R"(
         body { margin: 0; padding: 0; }
     </style>
