@@ -20,6 +20,8 @@ public:
     void setTitle(const std::string& title) {
         adw_preferences_row_set_title(ADW_PREFERENCES_ROW(m_row), title.c_str());
     }
+    /// More is cut off with an ellipsis.
+    void setTitleLines(int lines) { adw_action_row_set_title_lines(m_row, lines); }
     void setSubtitle(const std::string& subtitle) {
         adw_action_row_set_subtitle(m_row, subtitle.c_str());
     }

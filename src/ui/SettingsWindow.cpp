@@ -152,6 +152,7 @@ void SettingsWindow::addAppearance() {
     sample->set_margin_top(12);
     sample->set_margin_bottom(12);
     row.addPrefix(*sample);
+    row.setTitleLines(2);
     auto* choose = Gtk::make_managed<Gtk::Button>();
     choose->signal_clicked().connect([this] { m_session.commands.activate(CommandID::themes); });
     m_labels.add(texts::chooseTheme, [choose](const auto& text) { choose->set_label(text); });

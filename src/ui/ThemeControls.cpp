@@ -155,8 +155,8 @@ void ThemeControls::addTypography() {
     addFont(group, texts::fontFamily, FontDropDown::Families::all, &ThemeTypography::fontFamily);
     addFont(group, texts::monoFont, FontDropDown::Families::monospace,
             &ThemeTypography::monoFontFamily);
-    addNumber(group, {texts::fontSize, &ThemeTypography::baseFontSize, 8, 48, 1, 0});
-    addNumber(group, {texts::lineHeight, &ThemeTypography::lineHeight, 1, 3, 0.1, 1});
+    addNumber(group, {texts::fontSize, &ThemeTypography::baseFontSize, 1, 200, 1, 0});
+    addNumber(group, {texts::lineHeight, &ThemeTypography::lineHeight, 0.5, 10, 0.1, 1});
     m_page.add(group);
 }
 
@@ -181,10 +181,11 @@ void ThemeControls::addFont(adw::PreferencesGroup& group,
 void ThemeControls::addNumber(adw::PreferencesGroup& group, const NumberField& field) {
     adw::ActionRow row;
     const double value = m_theme.typography.*field.field;
-    const double shown = field.decimals == 0 ? std::trunc(value) : value;
+    // A file may hold numbers as long as a window; they stay until another one is chosen.
+    const double whole = field.decimals == 0 ? std::trunc(value) : value;
+    const double shown = std::clamp(whole, field.lowest, field.highest);
     const auto adjustment =
-        Gtk::Adjustment::create(shown, std::min(field.lowest, shown),
-                                std::max(field.highest, shown), field.step, 10 * field.step);
+        Gtk::Adjustment::create(shown, field.lowest, field.highest, field.step, 10 * field.step);
     auto* spin = Gtk::make_managed<Gtk::SpinButton>(adjustment, field.step, field.decimals);
     spin->set_numeric(true);
     spin->signal_value_changed().connect(

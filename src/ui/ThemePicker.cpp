@@ -185,9 +185,17 @@ void ThemePicker::edit(const ThemeDraft& draft) {
         m_editor->present();  // one at a time: what is in it is not thrown away
         return;
     }
+    m_closing.disconnect();
     m_editor = std::make_unique<ThemeEditor>(m_session, draft, window());
     m_editor->signalSaved().connect([this](const Theme& theme) {
         m_toasts.show(m_session.texts.format(texts::themeSaved, {theme.name}));
+    });
+    // The process behind its sample goes with it.
+    m_editor->window().signal_hide().connect([this] {
+        m_closing = Glib::signal_idle().connect([this] {
+            m_editor.reset();
+            return false;
+        });
     });
     m_editor->present();
 }

@@ -63,6 +63,7 @@ private:
     std::vector<std::filesystem::path> m_waiting;  ///< files to import, the next one last
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_filling;
+    ScopedConnection m_closing;
     Labels m_labels;
 };
 
