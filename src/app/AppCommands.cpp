@@ -127,13 +127,13 @@ constexpr std::array kCommands{
             "reader-mode",
             {"Tryb czytnika", "Reader Mode"},
             "<Control>r",
-            kLater},
+            kReady},
     Command{ID::previewFile,
             Group::view,
             "preview-file",
             {"Podgląd pliku Markdown...", "Preview Markdown File..."},
             "<Control><Alt>p",
-            kLater},
+            kReady},
     Command{ID::assistant,
             Group::view,
             "assistant",
@@ -195,7 +195,7 @@ constexpr std::array kCommands{
             "markdown-guide",
             {"Przewodnik Markdown", "Markdown Guide"},
             "<Control>slash",
-            kLater},
+            kReady},
     Command{ID::reportProblem,
             Group::help,
             "report-problem",
@@ -216,7 +216,8 @@ static_assert(standsInOrder(), "a command's row is found by its id");
 
 bool isNoteCommand(CommandID id) {
     return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
-           id == ID::insertImage || id == ID::sendAsEmail || id == ID::exportNote;
+           id == ID::insertImage || id == ID::sendAsEmail || id == ID::exportNote ||
+           id == ID::readerMode;
 }
 
 std::string keyName(std::string_view key) {
@@ -278,6 +279,8 @@ void AppCommands::activate(CommandID id) {
             return m_state.isExportSheetPresented.set(true);
         case ID::sendAsEmail:
             return m_notifications.post(notifications::sendAsEmail);
+        case ID::readerMode:
+            return m_notifications.post(notifications::openReaderMode);
         case ID::findInAllNotes:
             m_state.isSearchActive.set(true);
             break;  // the window gives the search field the focus, also when it searches already

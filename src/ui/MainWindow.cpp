@@ -44,6 +44,12 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_images(session, m_toasts, m_note.editor().textView())
     , m_mail(session, m_toasts)
     , m_exporters(session)
+    , m_pages(session,
+              m_window,
+              [this](const std::filesystem::path& path) {
+                  m_window.present();
+                  importPaths({path});
+              })
     , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
     m_list.append(m_import);
     m_toasts.setChild(m_layout.widget());
@@ -181,6 +187,10 @@ void MainWindow::perform(CommandID command) {
             return showThemes();
         case CommandID::preferences:
             return showSettings();
+        case CommandID::previewFile:
+            return m_pages.chooseFile();
+        case CommandID::markdownGuide:
+            return m_pages.openGuide();
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:
@@ -226,7 +236,10 @@ void MainWindow::focusPane(int pane) {
 
 bool MainWindow::closeRequested() {
     rememberSize();
-    if (m_session.finish()) return false;
+    if (m_session.finish()) {
+        m_pages.closeAll();
+        return false;
+    }
     const auto& texts = m_session.texts;
     ask(m_window,
         {texts(texts::notSavedQuestion),

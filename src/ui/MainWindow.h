@@ -10,6 +10,7 @@
 #include "ui/NoteExporters.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
+#include "ui/PageWindows.h"
 #include "ui/PaneLayout.h"
 #include "ui/SettingsWindow.h"
 #include "ui/SidebarPane.h"
@@ -71,6 +72,7 @@ private:
     ImageFlow m_images;
     MailFlow m_mail;
     NoteExporters m_exporters;
+    PageWindows m_pages;
     PaneLayout m_layout;
     std::unique_ptr<ThemePicker> m_themePicker;
     std::unique_ptr<SettingsWindow> m_settings;

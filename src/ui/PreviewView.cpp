@@ -85,6 +85,7 @@ void PreviewView::makeWebView() {
     m_view = m_room->makeView(PreviewPage::scriptHash());
     m_view->widget().set_expand(true);
     m_page.append(m_view->widget());
+    if (m_wantsFocus) focusPage();
     m_coordinator = PreviewCoordinator::create(*m_view);
     m_coordinator->signalShown().connect(sigc::mem_fun(*this, &PreviewView::showWebPage));
     m_coordinator->signalUnavailable().connect(sigc::mem_fun(*this, &PreviewView::showPlainText));
@@ -194,11 +195,12 @@ void PreviewView::setLabel(const std::string& label) {
 }
 
 void PreviewView::focusPage() {
-    if (m_view && m_stack.get_visible_child() == &m_page) {
-        m_view->widget().grab_focus();
-    } else {
+    if (m_stack.get_visible_child() == &m_plain) {
         m_plainText.grab_focus();
+    } else if (m_view) {
+        m_view->widget().grab_focus();
     }
+    m_wantsFocus = !m_view;
 }
 
 void PreviewView::openLink(const std::string& url) {

@@ -42,6 +42,7 @@ public:
     void setScroll(double percent, ScrollSource source);
     /// What the page is called for assistive technology.
     void setLabel(const std::string& label);
+    /// Keys scroll the page from now on, or from when it is there.
     void focusPage();
     void relabel();
 
@@ -68,6 +69,7 @@ private:
     std::optional<double> m_scroll;  // where the page is to be with the next frame
     guint m_tick = 0;
     bool m_isStale = false;
+    bool m_wantsFocus = false;  // as soon as there is a view to have it
 
     Gtk::Stack m_stack;
     Gtk::Box m_page;
