@@ -4,6 +4,7 @@
 #include "markdown/WeakScriptHandler.h"
 #include "platform/Handle.h"
 #include "platform/Log.h"
+#include "platform/Text.h"
 
 #include <glib.h>
 #include <glibmm/main.h>
@@ -69,6 +70,8 @@ void PreviewCoordinator::show(std::string_view stylesheet,
         m_scrollAfterPush = percent;
         m_pendingScrollPercent.reset();
     }
+    // A web view takes a script that is no text for an empty one, and calls that a success.
+    if (!text::isValidUtf8(body)) body = text::repaired(body);
     if (body == m_refusedBody) {
         m_pendingBody.reset();
         m_unavailable.emit();

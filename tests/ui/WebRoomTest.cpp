@@ -5,7 +5,11 @@
 #include <giomm/socketservice.h>
 #include <gmock/gmock.h>
 #include <libsoup/soup.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -18,6 +22,12 @@ TEST_F(WebRoomTest, ShowsABodyExactlyAsItIs) {
     show("<p id=\"p\">`back` \\slash\\\\ ${1 + 1} $ { \\${2} żółć</p>");
     EXPECT_EQ(ask("document.getElementById('p').textContent"),
               "`back` \\slash\\\\ ${1 + 1} $ { \\${2} żółć");
+    show("<p id=\"p\">\\uD800 \\x41 \xED\xA0\x80 \u2028 a\r\nb</p><script>`;</script>`</p>");
+    EXPECT_EQ(ask("document.getElementById('p').textContent.slice(0, 12)"), "\\uD800 \\x41 ");
+    EXPECT_EQ(ask("document.getElementById('p').textContent.slice(-5)"), "\u2028 a\nb");
+    using namespace std::string_literals;
+    show("<p id=\"p\">before\0behind</p>"s);
+    EXPECT_EQ(ask("document.getElementById('p').textContent"), "beforebehind");
     show("<p id=\"p\">second</p>");
     EXPECT_EQ(ask("document.getElementById('content').innerHTML"), "<p id=\"p\">second</p>");
 }
@@ -175,6 +185,74 @@ TEST_F(WebRoomTest, ScrollsToAHeadingAndReportsNoMoveOfItsOwn) {
                    " < 60") == "true";
     }));
     EXPECT_TRUE(waitFor([&] { return reported > 0.4; })) << "the jump is the reader's own move";
+}
+
+/// Kills the processes that show this program's pages; false when there are none.
+bool killWebProcesses() {
+    const auto parentOf = [](const std::string& pid) {
+        std::ifstream file("/proc/" + pid + "/status");
+        for (std::string line; std::getline(file, line);) {
+            if (line.starts_with("PPid:")) return line.substr(line.find_last_of(" \t") + 1);
+        }
+        return std::string();
+    };
+    const auto isOurs = [&](std::string pid) {
+        const std::string self = std::to_string(getpid());
+        while (!pid.empty() && pid != "0" && pid != self)
+            pid = parentOf(pid);
+        return pid == self;
+    };
+    bool hasKilled = false;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string pid = entry.path().filename();
+        std::ifstream file(entry.path() / "comm");
+        std::string name;
+        if (!std::getline(file, name) || name != "WebKitWebProces" || !isOurs(pid)) continue;
+        hasKilled = kill(std::stoi(pid), SIGKILL) == 0 || hasKilled;
+    }
+    return hasKilled;
+}
+
+TEST_F(WebRoomTest, ComesBackAtItsPlaceAfterACrashButNotAfterASecondOfTheSameBody) {
+    bool isUnavailable = false;
+    coordinator->signalUnavailable().connect([&] { isUnavailable = true; });
+    show("<div style='height: 3300px'>tall</div>");
+    coordinator->setScrollPercent(0.5);
+    EXPECT_TRUE(waitFor([this] { return ask("window.scrollY > 1400") == "true"; }));
+    shown = false;
+    ASSERT_TRUE(killWebProcesses());
+    ASSERT_TRUE(waitFor([&] { return shown; }));
+    EXPECT_TRUE(waitFor([this] { return ask("window.scrollY > 1400") == "true"; }));
+    ASSERT_TRUE(killWebProcesses());
+    EXPECT_TRUE(waitFor([&] { return isUnavailable; }));
+    show("<p id=p>another</p>");
+    EXPECT_EQ(ask("document.getElementById('p').textContent"), "another");
+}
+
+TEST_F(WebRoomTest, ShowsTheLastBodyThatCameBeforeThePageAtTheLastPlace) {
+    coordinator->show("p { margin: 0; }", "<p>first</p>");
+    coordinator->setScrollPercent(0.9);
+    coordinator->show("p { margin: 0; }", "<div style='height: 3300px'>last</div>");
+    coordinator->setScrollPercent(0.5);
+    EXPECT_TRUE(waitFor([this] { return shown; }));
+    EXPECT_TRUE(
+        waitFor([this] { return ask("window.scrollY > 1400 && scrollY < 1600") == "true"; }));
+    EXPECT_EQ(ask("document.getElementById('content').textContent"), "last");
+}
+
+TEST_F(WebRoomTest, NeitherMovesNorReportsAPageShorterThanTheWindow) {
+    int reports = 0;
+    coordinator->signalScrollChanged().connect([&](double) { ++reports; });
+    show("<p id=\"a\\b\">short</p>");
+    coordinator->setScrollPercent(1);
+    EXPECT_EQ(ask("window.scrollY + ' ' + _isApplyingScroll"), "0 false");
+    show("<div style='height: 3300px'></div><p id=\"a\\b'c\">far</p>");
+    coordinator->setScrollPercent(0.5);
+    EXPECT_TRUE(
+        waitFor([this] { return ask("window.scrollY > 1400 && !_isApplyingScroll") == "true"; }));
+    EXPECT_EQ(reports, 0);
+    view->signalLinkActivated().emit("about:blank#a%5Cb'c");
+    EXPECT_TRUE(waitFor([this] { return ask("window.scrollY > 2900") == "true"; }));
 }
 
 TEST_F(WebRoomTest, RecoversFromAProcessThatWasEnded) {
