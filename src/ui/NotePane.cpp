@@ -151,7 +151,7 @@ void NotePane::noteOpened() {
     m_isFilling = false;
     m_editor.open(note->id, note->content);
     const double place = m_session.editor.scroll().scrollPercent();
-    if (isAnother && place > 0) m_editorScroll.set(place);
+    if (isAnother && place > 0) m_editorScroll.restore(place);
     noteStateChanged();
 }
 

@@ -4,6 +4,12 @@
 
 namespace corvel {
 
+namespace {
+
+constexpr std::chrono::milliseconds kSettling{500};
+
+}  // namespace
+
 ScrollFollower::ScrollFollower(const Glib::RefPtr<Gtk::Adjustment>& adjustment)
     : m_adjustment(adjustment) {
     m_layout = adjustment->signal_changed().connect([this] { apply(); });
@@ -15,8 +21,14 @@ double ScrollFollower::room() const {
 }
 
 void ScrollFollower::set(double percent) {
+    m_settled = {};
     m_wanted = percent;
     apply();
+}
+
+void ScrollFollower::restore(double percent) {
+    set(percent);
+    m_settled = std::chrono::steady_clock::now() + kSettling;
 }
 
 void ScrollFollower::apply() {
@@ -28,6 +40,7 @@ void ScrollFollower::apply() {
 
 void ScrollFollower::moved() {
     if (m_isApplying) return;
+    if (std::chrono::steady_clock::now() < m_settled) return apply();
     m_wanted.reset();
     if (room() > 0)
         m_scrolled.emit((m_adjustment->get_value() - m_adjustment->get_lower()) / room());

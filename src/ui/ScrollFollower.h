@@ -5,6 +5,7 @@
 #include <gtkmm/adjustment.h>
 #include <sigc++/signal.h>
 
+#include <chrono>
 #include <optional>
 
 namespace corvel {
@@ -16,6 +17,9 @@ public:
     explicit ScrollFollower(const Glib::RefPtr<Gtk::Adjustment>& adjustment);
 
     void set(double percent);
+    /// The same for a pane that just got another text: what it does by itself until it has been
+    /// laid out counts for nothing.
+    void restore(double percent);
     sigc::signal<void(double)>& signalScrolled() { return m_scrolled; }
 
 private:
@@ -25,6 +29,7 @@ private:
 
     Glib::RefPtr<Gtk::Adjustment> m_adjustment;
     std::optional<double> m_wanted;
+    std::chrono::steady_clock::time_point m_settled;
     bool m_isApplying = false;
     ScopedConnection m_layout;
     ScopedConnection m_value;
