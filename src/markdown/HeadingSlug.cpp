@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace corvel {
 
@@ -24,43 +25,85 @@ std::string foldedByIcu(std::string_view text) {
     return text::withoutDiacritics(text::lowercased(text));
 }
 
+/// Writes the slug piece by piece: what is kept of a heading, and a hyphen for each run of spaces.
+class SlugWriter {
+public:
+    explicit SlugWriter(std::size_t size) { m_slug.reserve(size); }
+
+    // What is removed between two spaces joins them to one run.
+    void space() {
+        if (!m_isAfterSpace) m_slug += '-';
+        m_isAfterSpace = true;
+    }
+    void keep(std::string_view text) {
+        m_slug += text;
+        m_isAfterSpace = false;
+    }
+    std::string take() { return std::move(m_slug); }
+
+private:
+    std::string m_slug;
+    bool m_isAfterSpace = false;
+};
+
+void writeFolded(SlugWriter& slug, std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    for (std::size_t position = 0; position < text.size();) {
+        if (const std::size_t length = spaceLengthAt(text, position)) {
+            position += length;
+            slug.space();
+            continue;
+        }
+        const std::size_t begin = position;
+        UChar32 character = 0;
+        U8_NEXT(bytes, position, text.size(), character);
+        if (isKept(character)) slug.keep(text.substr(begin, position - begin));
+    }
+}
+
 // Below U+0180 (Latin with its marks composed) each character folds by itself, whatever stands
-// beside it; looking them up is many times as fast as two runs of ICU for every heading.
+// beside it; looking it up is many times as fast as two runs of ICU for every heading.
 constexpr std::size_t kTableSize = 0x180;
 
-const std::array<std::string, kTableSize>& foldedCharacters() {
-    static const std::array<std::string, kTableSize> table = [] {
-        std::array<std::string, kTableSize> folded;
-        for (std::size_t i = 0; i < kTableSize; ++i) {
-            const std::string character = i < 0x80
-                                              ? std::string(1, static_cast<char>(i))
-                                              : std::string{static_cast<char>(0xC0 | (i >> 6U)),
-                                                            static_cast<char>(0x80 | (i & 0x3FU))};
-            folded[i] = foldedByIcu(character);
-        }
-        return folded;
-    }();
+struct Folded {
+    std::string kept;
+    bool isSpace = false;
+};
+
+std::array<Folded, kTableSize> makeTable() {
+    std::array<Folded, kTableSize> table;
+    for (std::size_t i = 0; i < kTableSize; ++i) {
+        const std::string character = i < 0x80 ? std::string(1, static_cast<char>(i))
+                                               : std::string{static_cast<char>(0xC0 | (i >> 6U)),
+                                                             static_cast<char>(0x80 | (i & 0x3FU))};
+        const auto folded = foldedByIcu(character);
+        table[i].isSpace = spaceLengthAt(folded, 0) != 0;
+        if (table[i].isSpace) continue;
+        SlugWriter slug(folded.size());
+        writeFolded(slug, folded);
+        table[i].kept = slug.take();
+    }
     return table;
 }
 
-std::string folded(std::string_view plainText) {
+/// False when the text has a character that the table does not know.
+bool writeByTable(SlugWriter& slug, std::string_view plainText) {
+    static const auto table = makeTable();
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(plainText.data());
-    const auto& table = foldedCharacters();
-    std::string result;
     for (std::size_t position = 0; position < plainText.size();) {
-        const std::size_t begin = position;
         UChar32 character = 0;
         U8_NEXT(bytes, position, plainText.size(), character);
         const bool isPunctuation = character >= 0x2010 && character <= 0x2027;
-        if (isPunctuation) {
-            result.append(plainText, begin, position - begin);
-        } else if (character >= 0 && static_cast<std::size_t>(character) < kTableSize) {
-            result += table[static_cast<std::size_t>(character)];
-        } else {
-            return foldedByIcu(plainText);
+        if (isPunctuation) continue;
+        if (character < 0 || static_cast<std::size_t>(character) >= kTableSize) return false;
+        const Folded& folded = table[static_cast<std::size_t>(character)];
+        if (folded.isSpace) {
+            slug.space();
+        } else if (!folded.kept.empty()) {
+            slug.keep(folded.kept);
         }
     }
-    return result;
+    return true;
 }
 
 std::string trimmedOfHyphens(std::string text) {
@@ -72,27 +115,11 @@ std::string trimmedOfHyphens(std::string text) {
 }  // namespace
 
 std::string headingSlug(std::string_view plainText) {
-    const std::string text = folded(plainText);
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    std::string slug;
-    slug.reserve(text.size());
-    bool afterSpace = false;
-    for (std::size_t position = 0; position < text.size();) {
-        if (const std::size_t length = spaceLengthAt(text, position)) {
-            position += length;
-            // What is removed between two spaces joins them to one run.
-            if (!afterSpace) slug += '-';
-            afterSpace = true;
-            continue;
-        }
-        const std::size_t begin = position;
-        UChar32 character = 0;
-        U8_NEXT(bytes, position, text.size(), character);
-        if (!isKept(character)) continue;
-        slug.append(text, begin, position - begin);
-        afterSpace = false;
-    }
-    return trimmedOfHyphens(std::move(slug));
+    SlugWriter byTable(plainText.size());
+    if (writeByTable(byTable, plainText)) return trimmedOfHyphens(byTable.take());
+    SlugWriter slug(plainText.size());
+    writeFolded(slug, foldedByIcu(plainText));
+    return trimmedOfHyphens(slug.take());
 }
 
 }  // namespace corvel
