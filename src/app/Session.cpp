@@ -40,6 +40,8 @@ Session::Session(PersistenceController& controller,
     , sidebar(library, texts, notifications)
     , editor(library.notes, preferences, controller.draftFolder())
     , commands(state, notifications, preferences, std::move(openWindow))
+    , recentNotes(defaults)
+    , palette(library, texts, state, commands, recentNotes)
     , parser([this](const Uuid& id) { return attachmentData(library.attachments, id); })
     , importer(library) {
     bindList();
@@ -66,6 +68,7 @@ void Session::bindEditor() {
         state.selectedNoteID.signalChanged().connect(sigc::mem_fun(*this, &Session::openSelected)));
     const auto publish = [this] {
         state.selectedNote.set(editor.note());
+        if (editor.note()) recentNotes.opened(editor.note()->id);
         if (!editor.note()) state.selectedNoteID.set(std::nullopt);
     };
     m_connections.emplace_back(editor.signalOpened().connect(publish));
@@ -157,6 +160,7 @@ bool Session::finish() {
 
 void Session::rememberState() {
     auto& store = preferences.store();
+    recentNotes.remember(store);
     store.setString(kSortOption, rawValue(state.sortOption.get()));
     store.setString(kLastFilter, state.sidebarFilter.get().toString());
     const auto& note = state.selectedNoteID.get();

@@ -4,6 +4,7 @@
 #include "app/AppState.h"
 #include "app/DraftRecovery.h"
 #include "app/EditorViewModel.h"
+#include "app/PaletteViewModel.h"
 #include "app/settings/Localisation.h"
 #include "app/settings/Preferences.h"
 #include "library/Library.h"
@@ -39,6 +40,8 @@ public:
     SidebarViewModel sidebar;
     EditorViewModel editor;
     AppCommands commands;
+    RecentNotes recentNotes;
+    PaletteViewModel palette;
     MarkdownParserService parser;
     MarkdownImporter importer;
 

@@ -29,6 +29,16 @@ bool isInTightItem(const cmark_node* node) {
     return item != nullptr && item->type == CMARK_NODE_ITEM && item->parent->as.list.tight;
 }
 
+/// A text without the width that is asked of the image before it.
+std::string_view withoutWidth(const cmark_node* node) {
+    const std::string_view text = viewOf(node->as.literal);
+    if (node->prev == nullptr || node->prev->type != CMARK_NODE_IMAGE) return text;
+    const std::size_t mark = text.find_first_not_of(" \t");
+    if (mark == std::string_view::npos || !text.substr(mark).starts_with("{width=")) return text;
+    const std::size_t end = text.find('}', mark);
+    return end == std::string_view::npos ? text : text.substr(end + 1);
+}
+
 std::string trimmed(const std::string& text) {
     const std::size_t begin = text.find_first_not_of(" \t\r\n");
     if (begin == std::string::npos) return {};
@@ -55,6 +65,8 @@ std::string MarkdownPlainTextRenderer::render(std::string_view markdown) {
 void MarkdownPlainTextRenderer::enter(cmark_node* node) {
     switch (node->type) {
         case CMARK_NODE_TEXT:
+            m_inline += withoutWidth(node);
+            return;
         case CMARK_NODE_CODE:
             m_inline += viewOf(node->as.literal);
             return;

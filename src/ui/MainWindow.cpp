@@ -50,10 +50,15 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
                   m_window.present();
                   importPaths({path});
               })
-    , m_layout(session.preferences.store(), m_sidebar, m_list, m_note) {
+    , m_layout(session.preferences.store(), m_sidebar, m_list, m_note)
+    , m_palette(*Gtk::make_managed<PaletteView>(session,
+                                                [this](const auto& target) { choose(target); })) {
     m_list.append(m_import);
     m_toasts.setChild(m_layout.widget());
-    adw::setContent(m_window, m_toasts.widget());
+    auto& overlay = *Gtk::make_managed<Gtk::Overlay>();
+    overlay.set_child(m_toasts.widget());
+    overlay.add_overlay(m_palette);
+    adw::setContent(m_window, overlay);
     m_window.set_size_request(kSmallestWidth, kSmallestHeight);
     m_window.set_icon_name("com.qno.corvel");
     restoreSize();
@@ -191,6 +196,10 @@ void MainWindow::perform(CommandID command) {
             return m_pages.chooseFile();
         case CommandID::markdownGuide:
             return m_pages.openGuide();
+        case CommandID::commandPalette:
+            return m_palette.open(PaletteViewModel::Kind::commands);
+        case CommandID::goToNote:
+            return m_palette.open(PaletteViewModel::Kind::notes);
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);
         case CommandID::about:
@@ -210,6 +219,14 @@ void MainWindow::showThemes() {
 void MainWindow::showSettings() {
     if (!m_settings) m_settings = std::make_unique<SettingsWindow>(m_session, m_window);
     m_settings->present();
+}
+
+void MainWindow::choose(const std::variant<CommandID, Uuid>& target) {
+    if (const auto* command = std::get_if<CommandID>(&target)) {
+        return m_session.commands.activate(*command);
+    }
+    m_session.reveal(std::get<Uuid>(target));
+    m_note.focusEditor();
 }
 
 int MainWindow::focusedPane() const {

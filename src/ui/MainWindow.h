@@ -11,6 +11,7 @@
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
 #include "ui/PageWindows.h"
+#include "ui/PaletteView.h"
 #include "ui/PaneLayout.h"
 #include "ui/SettingsWindow.h"
 #include "ui/SidebarPane.h"
@@ -54,6 +55,7 @@ private:
     void showExportSheet();
     void showThemes();
     void showSettings();
+    void choose(const std::variant<CommandID, Uuid>& target);
     void cyclePane(int step);
     int focusedPane() const;
     void focusPane(int pane);
@@ -76,6 +78,7 @@ private:
     PaneLayout m_layout;
     std::unique_ptr<ThemePicker> m_themePicker;
     std::unique_ptr<SettingsWindow> m_settings;
+    PaletteView& m_palette;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
 };

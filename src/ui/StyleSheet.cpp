@@ -67,6 +67,19 @@ textview.note-editor text selection { background-color: @corvel_selection; color
 .note-status > * { opacity: 0.8; }
 .note-status button { padding: 0 4px; min-height: 22px; font-weight: normal; }
 .note-notice { background-color: alpha(@accent_bg_color, 0.12); padding: 6px 8px 6px 32px; }
+.palette {
+    background-color: @view_bg_color; color: @view_fg_color; border: 1px solid @borders; border-radius: 12px;
+    box-shadow: 0 6px 28px alpha(black, 0.3);
+}
+.palette > entry, .palette > entry:focus-within {
+    background: none; border: none; box-shadow: none; outline: none; border-radius: 0;
+    border-bottom: 1px solid @borders; min-height: 44px; padding: 0 14px; font-size: 110%;
+}
+.palette listview { background: none; padding: 6px 0; }
+.palette listview > row { margin: 0 6px; padding: 7px 10px; min-height: 0; border-radius: 8px; }
+.palette listview > row:selected { background-color: @accent_bg_color; color: @accent_fg_color; }
+.palette listview > row:selected .dim-label { opacity: 0.92; }
+.palette-nothing { padding: 16px; }
 .save-failed { color: @error_color; font-weight: bold; opacity: 1; }
 )css";
 

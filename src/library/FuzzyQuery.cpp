@@ -1,0 +1,179 @@
+#include "library/FuzzyQuery.h"
+
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+bool isAscii(char letter) {
+    return static_cast<unsigned char>(letter) < 0x80;
+}
+
+bool isWordLetter(char letter) {
+    return !isAscii(letter) || (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
+}
+
+bool isWordStart(std::string_view folded, std::size_t place) {
+    return place == 0 || !isWordLetter(folded[place - 1]);
+}
+
+bool isBehindSpace(std::string_view folded, std::size_t place) {
+    return place == 0 || folded[place - 1] == ' ';
+}
+
+std::size_t nextCharacter(std::string_view text, std::size_t place) {
+    do {
+        ++place;
+    } while (place < text.size() && (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80U);
+    return place;
+}
+
+std::string normalized(std::string_view query) {
+    std::string folded = text::foldedForSearch(query);
+    std::ranges::replace_if(
+        folded, [](char letter) { return isAscii(letter) && letter < ' '; }, ' ');
+    const std::size_t begin = folded.find_first_not_of(' ');
+    if (begin == std::string::npos) return {};
+    return folded.substr(begin, folded.find_last_not_of(' ') + 1 - begin);
+}
+
+/// A folded title with the characters that its bytes come from.
+struct FoldedTitle {
+    std::string text;
+    std::vector<MatchRange> origins;
+
+    explicit FoldedTitle(std::string_view title) {
+        for (std::size_t place = 0; place < title.size();) {
+            const std::size_t end = nextCharacter(title, place);
+            text::foldForSearch(title.substr(place, end - place), text);
+            origins.resize(text.size(), {place, end});
+            place = end;
+        }
+    }
+};
+
+std::uint64_t bitOf(char letter) {
+    if (letter >= 'a' && letter <= 'z') return std::uint64_t{1} << (letter - 'a');
+    if (letter >= '0' && letter <= '9') return std::uint64_t{1} << (26 + letter - '0');
+    return std::uint64_t{1} << (36 + static_cast<unsigned char>(letter) % 28);
+}
+
+}  // namespace
+
+FuzzyQuery::FuzzyQuery(std::string_view query) : m_finder(normalized(query)) {
+    const std::string_view folded = m_finder.sought();
+    for (std::size_t place = 0; place < folded.size();) {
+        const std::size_t end = nextCharacter(folded, place);
+        if (folded[place] != ' ') m_letters.emplace_back(folded.substr(place, end - place));
+        place = end;
+    }
+    for (const std::string& letter : m_letters) {
+        m_mask |= lettersOf(letter);
+    }
+    if (!m_letters.empty()) m_firstMask = bitOf(m_letters.front().front());
+}
+
+std::uint64_t FuzzyQuery::lettersOf(std::string_view folded) {
+    std::uint64_t letters = 0;
+    for (const char letter : folded) {
+        letters |= bitOf(letter);
+    }
+    return letters;
+}
+
+std::uint64_t FuzzyQuery::initialsOf(std::string_view folded) {
+    std::uint64_t letters = 0;
+    for (std::size_t place = 0; place < folded.size(); ++place) {
+        if (isWordStart(folded, place)) letters |= bitOf(folded[place]);
+    }
+    return letters;
+}
+
+std::optional<std::size_t> FuzzyQuery::bestPiece(std::string_view folded) const {
+    const std::string& sought = m_finder.sought();
+    std::optional<std::size_t> first;
+    for (auto at = folded.find(sought); at != std::string_view::npos;
+         at = folded.find(sought, at + 1)) {
+        if (isBehindSpace(folded, at)) return at;
+        if (!first) first = at;
+    }
+    return first;
+}
+
+std::optional<MatchRank> FuzzyQuery::rankOfPiece(std::string_view folded) const {
+    const auto place = bestPiece(folded);
+    if (!place) return std::nullopt;
+    if (*place == 0) return MatchRank::start;
+    return isBehindSpace(folded, *place) ? MatchRank::wordStart : MatchRank::inside;
+}
+
+std::optional<MatchRank> FuzzyQuery::rankOfLetters(std::string_view folded) const {
+    if (!scattered(folded, nullptr)) return std::nullopt;
+    return atWordStarts(folded, nullptr) ? MatchRank::wordStarts : MatchRank::scattered;
+}
+
+std::optional<MatchRank> FuzzyQuery::rank(std::string_view folded) const {
+    const auto piece = rankOfPiece(folded);
+    return piece ? piece : rankOfLetters(folded);
+}
+
+// Each letter goes on where the last one ended, or begins a word.
+bool FuzzyQuery::atWordStarts(std::string_view folded, Places* places) const {
+    std::size_t end = 0;
+    for (const std::string& letter : m_letters) {
+        std::size_t at = end;
+        const bool goesOn = end > 0 && folded.substr(end).starts_with(letter);
+        if (!goesOn) {
+            at = folded.find(letter, end);
+            while (at != std::string_view::npos && !isWordStart(folded, at)) {
+                at = folded.find(letter, at + 1);
+            }
+            if (at == std::string_view::npos) return false;
+        }
+        if (places != nullptr) places->push_back(at);
+        end = at + letter.size();
+    }
+    return true;
+}
+
+bool FuzzyQuery::scattered(std::string_view folded, Places* places) const {
+    std::size_t end = 0;
+    for (const std::string& letter : m_letters) {
+        const std::size_t at =
+            letter.size() == 1 ? folded.find(letter.front(), end) : folded.find(letter, end);
+        if (at == std::string_view::npos) return false;
+        if (places != nullptr) places->push_back(at);
+        end = at + letter.size();
+    }
+    return true;
+}
+
+std::vector<MatchRange> FuzzyQuery::rangesIn(std::string_view title) const {
+    const FoldedTitle folded(title);
+    Places bytes;
+    if (isEmpty()) return {};
+    if (const auto piece = bestPiece(folded.text)) {
+        for (std::size_t i = 0; i < m_finder.sought().size(); ++i) {
+            bytes.push_back(*piece + i);
+        }
+    } else {
+        if (!atWordStarts(folded.text, &bytes)) bytes.clear();
+        if (bytes.empty() && !scattered(folded.text, &bytes)) return {};
+    }
+    std::vector<MatchRange> ranges;
+    for (const std::size_t byte : bytes) {
+        const MatchRange& origin = folded.origins[byte];
+        if (!ranges.empty() && ranges.back().end >= origin.begin) {
+            ranges.back().end = std::max(ranges.back().end, origin.end);
+        } else {
+            ranges.push_back(origin);
+        }
+    }
+    return ranges;
+}
+
+}  // namespace corvel
