@@ -32,7 +32,10 @@ void ExportSheet::show(Gtk::Window& parent,
     if (noteIDs.empty()) return;
     auto work = std::make_unique<ExportSession>(
         session.themes, session.texts, std::move(makeExporter),
-        [&notes = session.library.notes](const Uuid& id) { return notes.fetchNote(id); },
+        [&session](const Uuid& id) {
+            const auto open = session.editor.current();  // with what the store may not have yet
+            return open && open->id == id ? open : session.library.notes.fetchNote(id);
+        },
         std::move(noteIDs));
     // Owned by its window: it goes when that is closed.
     auto* sheet = new ExportSheet(parent, session, toasts, std::move(work));
