@@ -20,7 +20,7 @@ std::vector<Glib::ustring> installed(Gtk::Widget& widget, FontDropDown::Families
         if (wanted == FontDropDown::Families::all || family->is_monospace())
             names.push_back(family->get_name());
     }
-    std::ranges::sort(names);
+    std::sort(names.begin(), names.end());
     return names;
 }
 
@@ -33,7 +33,7 @@ Glib::ustring shortened(const Glib::ustring& name) {
 
 FontDropDown::FontDropDown(Families families, const std::string& family)
     : m_names(installed(*this, families)) {
-    auto position = std::ranges::find(m_names, Glib::ustring(family));
+    auto position = std::find(m_names.begin(), m_names.end(), Glib::ustring(family));
     if (position == m_names.end()) position = m_names.insert(m_names.begin(), family);
     const auto chosen = static_cast<guint>(position - m_names.begin());
     std::vector<Glib::ustring> shown = m_names;

@@ -3,6 +3,7 @@
 #include "ui/Accessible.h"
 
 #include <glib.h>
+#include <gtkmm/adjustment.h>
 #include <gtkmm/box.h>
 #include <gtkmm/scale.h>
 #include <gtkmm/switch.h>

@@ -4,6 +4,7 @@
 #include "themes/Color.h"
 #include "ui/Accessible.h"
 
+#include <gtkmm/adjustment.h>
 #include <gtkmm/box.h>
 #include <gtkmm/colorbutton.h>
 #include <gtkmm/label.h>

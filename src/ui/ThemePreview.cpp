@@ -8,7 +8,6 @@
 #include "ui/Accessible.h"
 
 #include <glibmm/main.h>
-#include <gtkmm/box.h>
 
 namespace corvel {
 

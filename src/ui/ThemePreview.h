@@ -6,6 +6,7 @@
 #include "platform/gtk/WebRoom.h"
 #include "themes/Theme.h"
 
+#include <gtkmm/box.h>
 #include <gtkmm/label.h>
 #include <gtkmm/stack.h>
 

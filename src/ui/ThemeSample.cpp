@@ -134,7 +134,7 @@ double ThemeSample::drawCode(const Context& cairo, double x, double y) const {
 }
 
 Glib::RefPtr<Pango::Layout> ThemeSample::layoutOf(const Context& cairo, const Run& run) {
-    const auto layout = Pango::Layout::create(cairo);
+    auto layout = Pango::Layout::create(cairo);
     Pango::FontDescription font;
     font.set_family(run.family);
     font.set_absolute_size(run.size * PANGO_SCALE);
