@@ -32,6 +32,10 @@ std::size_t nextCharacter(std::string_view text, std::size_t place) {
     return place;
 }
 
+std::size_t placeOf(const std::string& letter, std::string_view folded, std::size_t from) {
+    return letter.size() == 1 ? folded.find(letter.front(), from) : folded.find(letter, from);
+}
+
 std::string normalized(std::string_view query) {
     std::string folded = text::foldedForSearch(query);
     std::ranges::replace_if(
@@ -128,9 +132,9 @@ bool FuzzyQuery::atWordStarts(std::string_view folded, Places* places) const {
         std::size_t at = end;
         const bool goesOn = end > 0 && folded.substr(end).starts_with(letter);
         if (!goesOn) {
-            at = folded.find(letter, end);
+            at = placeOf(letter, folded, end);
             while (at != std::string_view::npos && !isWordStart(folded, at)) {
-                at = folded.find(letter, at + 1);
+                at = placeOf(letter, folded, at + 1);
             }
             if (at == std::string_view::npos) return false;
         }
@@ -143,8 +147,7 @@ bool FuzzyQuery::atWordStarts(std::string_view folded, Places* places) const {
 bool FuzzyQuery::scattered(std::string_view folded, Places* places) const {
     std::size_t end = 0;
     for (const std::string& letter : m_letters) {
-        const std::size_t at =
-            letter.size() == 1 ? folded.find(letter.front(), end) : folded.find(letter, end);
+        const std::size_t at = placeOf(letter, folded, end);
         if (at == std::string_view::npos) return false;
         if (places != nullptr) places->push_back(at);
         end = at + letter.size();

@@ -51,6 +51,8 @@ private:
     std::string m_text;
     std::vector<std::size_t> m_begins;
     std::vector<RowId> m_rows;
+    static constexpr std::size_t kMostTries = 10'000;
+
     struct Letters {
         std::uint64_t all;
         std::uint64_t initial;  ///< those that begin a word
@@ -112,10 +114,13 @@ void TitleSegment::searchLetters(const FuzzyQuery& query,
                                  Take take,
                                  Hits& hits) const {
     bool takesScattered = true;
+    std::size_t tries = 0;
     for (std::size_t position = 0; position < m_rows.size(); ++position) {
         const Letters& letters = m_letters[position];
         const bool mayBeginWords = query.mayBegin(letters.initial);
         if (!query.mayFit(letters.all) || !(takesScattered || mayBeginWords)) continue;
+        // Behind so many, older notes with a slightly better rank are not worth a key's time.
+        if (!takesScattered && ++tries > kMostTries) return;
         const std::string_view title = titleAt(position);
         const auto rank = takesScattered           ? query.rankOfLetters(title)
                           : query.fitsWords(title) ? std::optional(MatchRank::wordStarts)
