@@ -44,28 +44,28 @@ constexpr std::array kCommands{
             {"Wyślij e-mailem...", "Send as Email..."},
             "<Control>m",
             kReady},
-    Command{ID::bold, Group::format, "bold", {"Pogrubienie", "Bold"}, "<Control>b", kLater},
-    Command{ID::italic, Group::format, "italic", {"Kursywa", "Italic"}, "<Control>i", kLater},
+    Command{ID::bold, Group::format, "bold", {"Pogrubienie", "Bold"}, "<Control>b", kReady},
+    Command{ID::italic, Group::format, "italic", {"Kursywa", "Italic"}, "<Control>i", kReady},
     Command{ID::strikethrough,
             Group::format,
             "strikethrough",
             {"Przekreślenie", "Strikethrough"},
             "",
-            kLater},
-    Command{ID::heading, Group::format, "heading", {"Nagłówek", "Heading"}, "", kLater},
-    Command{ID::link, Group::format, "link", {"Wstaw link", "Insert Link"}, "<Control>k", kLater},
+            kReady},
+    Command{ID::heading, Group::format, "heading", {"Nagłówek", "Heading"}, "", kReady},
+    Command{ID::link, Group::format, "link", {"Wstaw link", "Insert Link"}, "<Control>k", kReady},
     Command{ID::codeBlock,
             Group::format,
             "code-block",
             {"Wstaw blok kodu", "Insert Code Block"},
             "<Control><Shift>k",
-            kLater},
+            kReady},
     Command{ID::taskList,
             Group::format,
             "task-list",
             {"Lista zadań", "Task List"},
             "<Control>l",
-            kLater},
+            kReady},
     Command{ID::insertImage,
             Group::format,
             "insert-image",
@@ -73,25 +73,25 @@ constexpr std::array kCommands{
             "<Control><Shift>i",
             kReady},
     Command{
-        ID::find, Group::edit, "find", {"Znajdź w notatce", "Find in Note"}, "<Control>f", kLater},
+        ID::find, Group::edit, "find", {"Znajdź w notatce", "Find in Note"}, "<Control>f", kReady},
     Command{ID::replace,
             Group::edit,
             "replace",
             {"Znajdź i zamień", "Find and Replace"},
             "<Control>h",
-            kLater},
+            kReady},
     Command{ID::findNext,
             Group::edit,
             "find-next",
             {"Znajdź następne", "Find Next"},
-            "<Control>g",
-            kLater},
+            "<Control>g F3",
+            kReady},
     Command{ID::findPrevious,
             Group::edit,
             "find-previous",
             {"Znajdź poprzednie", "Find Previous"},
-            "<Control><Shift>g",
-            kLater},
+            "<Control><Shift>g <Shift>F3",
+            kReady},
     Command{ID::findInAllNotes,
             Group::edit,
             "find-in-all-notes",
@@ -220,6 +220,15 @@ bool isNoteCommand(CommandID id) {
            id == ID::readerMode;
 }
 
+// Change the text of the open note.
+bool isTextCommand(CommandID id) {
+    return (id >= ID::bold && id <= ID::taskList) || id == ID::replace;
+}
+
+bool isFindCommand(CommandID id) {
+    return id == ID::find || id == ID::findNext || id == ID::findPrevious;
+}
+
 std::string keyName(std::string_view key) {
     if (key == "comma") return ",";
     if (key == "question") return "?";
@@ -265,7 +274,13 @@ std::string AppCommands::shortcutText(CommandID id) {
 
 bool AppCommands::isEnabled(CommandID id) const {
     if (!command(id).isAvailable) return false;
-    return !isNoteCommand(id) || m_state.selectedNoteID.get().has_value();
+    if (isNoteCommand(id)) return m_state.selectedNoteID.get().has_value();
+    const auto& note = m_state.selectedNote.get();
+    if (isFindCommand(id)) return note.has_value();
+    if (!isTextCommand(id)) return true;
+    // Finding shows the editor; what changes the text needs it in sight.
+    const bool isShown = id == ID::replace || m_state.editorMode.get() != EditorMode::preview;
+    return note && !note->isTrashed && isShown;
 }
 
 void AppCommands::activate(CommandID id) {
@@ -281,6 +296,20 @@ void AppCommands::activate(CommandID id) {
             return m_notifications.post(notifications::sendAsEmail);
         case ID::readerMode:
             return m_notifications.post(notifications::openReaderMode);
+        case ID::bold:
+            return m_notifications.post(notifications::formatBold);
+        case ID::italic:
+            return m_notifications.post(notifications::formatItalic);
+        case ID::strikethrough:
+            return m_notifications.post(notifications::formatStrikethrough);
+        case ID::heading:
+            return m_notifications.post(notifications::formatHeading);
+        case ID::link:
+            return m_notifications.post(notifications::formatLink);
+        case ID::codeBlock:
+            return m_notifications.post(notifications::formatCodeBlock);
+        case ID::taskList:
+            return m_notifications.post(notifications::formatTaskList);
         case ID::findInAllNotes:
             m_state.isSearchActive.set(true);
             break;  // the window gives the search field the focus, also when it searches already

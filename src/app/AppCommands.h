@@ -88,7 +88,8 @@ public:
     /// "Ctrl+Shift+F", or an empty text.
     static std::string shortcutText(CommandID id);
 
-    /// False for what is not available, and for note commands while no note is selected.
+    /// False for what is not available, for note commands while no note is selected, and for
+    /// commands on the text while none can be edited.
     bool isEnabled(CommandID id) const;
     /// Does nothing while the command is not enabled.
     void activate(CommandID id);

@@ -178,6 +178,11 @@ void MainWindow::perform(CommandID command) {
         case CommandID::findInAllNotes:
             m_layout.showList();
             return m_list.focusSearch();
+        case CommandID::find:
+        case CommandID::replace:
+        case CommandID::findNext:
+        case CommandID::findPrevious:
+            return m_note.find(command);
         case CommandID::nextPane:
             return cyclePane(1);
         case CommandID::previousPane:

@@ -24,6 +24,7 @@ NotePane::NotePane(Session& session)
     , m_note(Gtk::Orientation::VERTICAL)
     , m_body(Gtk::Orientation::HORIZONTAL)
     , m_editor(session.preferences, session.themes)
+    , m_tools(session, m_editor)
     , m_preview(session)
     , m_status(session) {
     add_css_class("corvel-note");
@@ -47,7 +48,7 @@ void NotePane::build() {
     m_title.set_has_frame(false);
     m_body.add_css_class("note-body");
     m_body.set_vexpand(true);
-    m_body.set_start_child(m_editor);
+    m_body.set_start_child(m_tools);
     m_body.set_end_child(m_preview);
     m_body.set_resize_start_child(true);
     m_body.set_resize_end_child(true);
@@ -57,6 +58,7 @@ void NotePane::build() {
     m_preview.set_size_request(160, -1);
     m_note.append(m_title);
     m_note.append(m_trashBar);
+    m_note.append(m_tools.findBar());
     m_note.append(m_body);
     m_note.append(m_status);
     m_stack.add(m_note, kNotePage);
@@ -191,7 +193,7 @@ void NotePane::followScrolling() {
 void NotePane::applyMode() {
     const EditorMode mode = m_session.state.editorMode.get();
     const bool hadFocus = m_editor.hasTextFocus();
-    m_editor.set_visible(mode != EditorMode::preview);
+    m_tools.set_visible(mode != EditorMode::preview);
     m_preview.set_visible(mode != EditorMode::editor);
     m_header.followMode();
     if (hadFocus && mode == EditorMode::preview)
@@ -207,6 +209,7 @@ void NotePane::relabel() {
     const auto& say = m_session.texts;
     m_header.relabel();
     m_preview.relabel();
+    m_tools.relabel();
     setAccessibleLabel(m_title, say(texts::noteTitle));
     m_title.set_placeholder_text(say(texts::titlePlaceholder));
     m_editor.setLabel(say(texts::noteText));

@@ -2,6 +2,7 @@
 
 #include "app/Session.h"
 #include "ui/EditorPane.h"
+#include "ui/EditorTools.h"
 #include "ui/NoteHeader.h"
 #include "ui/PreviewView.h"
 #include "ui/ScrollFollower.h"
@@ -31,6 +32,8 @@ public:
     void focusEditor();
     void focusTitle();
     EditorPane& editor() { return m_editor; }
+    /// One of the commands that find and replace in the note.
+    void find(CommandID command) { m_tools.find(command); }
     bool hasUnsavedText() const { return m_session.editor.isEdited(); }
     Gtk::Widget& headerBar() { return m_header.bar().widget(); }
     void setShowsWindowControls(bool shows) { m_header.bar().setWindowControls(false, shows); }
@@ -61,6 +64,7 @@ private:
     Gtk::Paned m_body;
     EditorPane m_editor;
     ScrollFollower m_editorScroll{m_editor.get_vadjustment()};
+    EditorTools m_tools;
     PreviewView m_preview;
     StatusLine m_status;
     adw::StatusPage m_empty;

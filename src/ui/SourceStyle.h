@@ -19,6 +19,10 @@ GtkSourceLanguage* language();
 /// The scheme of a theme's colours; none when it cannot be written.
 GtkSourceStyleScheme* scheme(const Theme& theme);
 
+/// A tag of the buffer in a style of its scheme, made when it is first asked for; it follows the
+/// buffer's scheme from then on.
+GtkTextTag* tag(GtkTextBuffer* buffer, const char* style);
+
 /// The scheme as the file that is written.
 std::string schemeXml(const Theme& theme, const std::string& id);
 

@@ -63,6 +63,11 @@ textview.note-editor, textview.note-editor text {
 }
 textview.note-editor text selection { background-color: @corvel_selection; color: inherit; }
 .note-preview { background-color: @corvel_page; }
+.find-bar { padding: 6px 8px; }
+.find-bar .find-status { font-size: 90%; font-feature-settings: "tnum"; }
+.find-bar .find-status.error { color: @error_color; }
+.find-bar .find-switch { padding: 0 8px; font-size: 90%; }
+.find-bar button.image-button { min-width: 28px; padding: 0; }
 .note-status { border-top: 1px solid @borders; padding: 0 16px; min-height: 29px; font-size: 85%; }
 .note-status > * { opacity: 0.8; }
 .note-status button { padding: 0 4px; min-height: 22px; font-weight: normal; }
