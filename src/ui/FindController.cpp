@@ -34,7 +34,10 @@ FindController::FindController(Gtk::TextView& view, FindBar& bar, const Localisa
     const auto keep = [this](const sigc::connection& connection) {
         m_barSignals.emplace_back(connection);
     };
-    keep(bar.signalQueryChanged().connect([this] { restart(true); }));
+    keep(bar.signalQueryChanged().connect([this] {
+        // The field tells late of what was put into it when the bar was opened.
+        if (m_bar.query() != m_query) restart(true);
+    }));
     keep(bar.signalAction().connect([this](Action action) { perform(action); }));
     keep(bar.signalClosed().connect([this] { close(); }));
     m_bufferChanged = view.property_buffer().signal_changed().connect([this] { followBuffer(); });
@@ -151,7 +154,8 @@ void FindController::restart(bool movesCursor) {
     m_pending.reset();
     m_movesCursor = movesCursor;
     m_gathered = 0;
-    m_search = std::make_unique<editing::NoteSearch>(m_bar.query());
+    m_query = m_bar.query();
+    m_search = std::make_unique<editing::NoteSearch>(m_query);
     if (m_search->isFinished()) return finished();
     m_work = Glib::signal_idle().connect([this] { return work(); }, Glib::PRIORITY_DEFAULT_IDLE);
 }

@@ -62,6 +62,7 @@ private:
     const Localisation& m_texts;
     GtkTextBuffer* m_buffer = nullptr;
     std::unique_ptr<editing::NoteSearch> m_search;
+    editing::SearchQuery m_query;
     int m_gathered = 0;                           ///< characters of the buffer that the search has
     int m_origin = 0;                             ///< where the first match is looked for
     std::optional<editing::SearchMatch> m_match;  ///< the one that is shown, while the bar is open

@@ -17,6 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kSlice{3};
 constexpr unsigned kRest = 120;        // after a key or a scroll
 constexpr unsigned kFirstRest = 1200;  // the dictionaries are read when the window is long there
+constexpr int kLinesAround = 20;       // of what is in sight, so that scrolling shows no change
 constexpr int kLongestLine = 20'000;
 constexpr std::size_t kMostSuggestions = 5;
 
@@ -126,7 +127,8 @@ void SpellChecker::loadDictionaries() {
     if (!m_dictionaries) m_dictionaries = std::make_unique<SpellDictionaries>();
 }
 
-// One slice over what is in sight; the next follows when the program is idle again.
+// One slice over what is in sight and a little around; the next follows when the program is idle
+// again.
 bool SpellChecker::work() {
     loadDictionaries();
     if (!m_dictionaries->areAny() || !m_view.get_mapped()) return false;
@@ -136,6 +138,8 @@ bool SpellChecker::work() {
     GtkTextIter end;
     gtk_text_view_get_line_at_y(m_view.gobj(), &line, seen.get_y(), nullptr);
     gtk_text_view_get_line_at_y(m_view.gobj(), &end, seen.get_y() + seen.get_height(), nullptr);
+    gtk_text_iter_backward_lines(&line, kLinesAround);
+    gtk_text_iter_forward_lines(&end, kLinesAround);
     end = lineEnd(end);
     const auto deadline = Clock::now() + kSlice;
     while (checkNextLine(line, end)) {
