@@ -17,6 +17,10 @@ namespace {
 constexpr std::chrono::milliseconds kPause{200};
 // With what the timer may be late, no key waits longer than a second.
 constexpr std::chrono::milliseconds kDraftInterval{700};
+// What a pause does costs time in proportion to the text: a long one waits longer for it, so that
+// fewer keys meet it.
+constexpr std::size_t kBytesPerMillisecond = 2000;
+constexpr std::chrono::milliseconds kLongestPause{1500};
 constexpr int kWordsPerMinute = 200;
 
 bool isBlank(const std::string& content) {
@@ -26,6 +30,10 @@ bool isBlank(const std::string& content) {
 // A note without any text has no title of its own yet.
 std::string titleOf(const std::string& content) {
     return isBlank(content) ? std::string() : titleFromContent(content);
+}
+
+std::chrono::milliseconds pauseFor(std::size_t size) {
+    return std::min(kPause + std::chrono::milliseconds(size / kBytesPerMillisecond), kLongestPause);
 }
 
 bool isUntouched(const Note& note) {
@@ -103,7 +111,7 @@ void EditorViewModel::textEdited() {
             pauseReached();
             return false;
         },
-        static_cast<unsigned>(kPause.count()));
+        static_cast<unsigned>(pauseFor(m_note->content.size()).count()));
     edited();
 }
 

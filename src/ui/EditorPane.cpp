@@ -18,7 +18,7 @@ namespace {
 constexpr int kSideMargin = 32;
 constexpr int kTopMargin = 20;
 constexpr int kBottomMargin = 96;  // the last line need not be written at the window's edge
-constexpr std::size_t kLargeText = 400'000;
+constexpr std::size_t kLargeText = 1'500'000;
 // The toolkit takes seconds to lay out more than this; the note itself stays whole in the store.
 constexpr std::size_t kMostEditable = 10'000'000;
 constexpr std::size_t kShownOfMore = 200'000;
