@@ -7,6 +7,7 @@
 #include "model/PersistenceController.h"
 #include "platform/MainThread.h"
 #include "support/TextGenerator.h"
+#include "themes/ThemeManager.h"
 #include "ui/MainWindow.h"
 #include "ui/Resources.h"
 
@@ -172,7 +173,8 @@ int main(int argc, char** argv) {
         PersistenceController controller(PersistenceController::Storage::onDisk, folder / "store");
         UserDefaults defaults(folder / "preferences");
         std::unique_ptr<MainWindow> window;
-        Session session(controller, defaults, [&](CommandID id) { window->perform(id); });
+        ThemeManager themes(defaults, folder / "Themes", [] { return false; });
+        Session session(controller, defaults, themes, [&](CommandID id) { window->perform(id); });
         Note note;
         note.id = Uuid::random();
         note.createdAt = note.modifiedAt = Date::now();

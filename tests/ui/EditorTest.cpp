@@ -1,6 +1,7 @@
 #include "app/settings/Preferences.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
+#include "themes/ThemeManager.h"
 #include "ui/EditingController.h"
 #include "ui/EditorPane.h"
 #include "ui/FindController.h"
@@ -41,7 +42,7 @@ protected:
         EXPECT_TRUE(turnUntil([this] { return m_window.get_mapped(); }));
     }
 
-    GtkTextBuffer* buffer() { return gtk_text_view_get_buffer(pane.view().gobj()); }
+    GtkTextBuffer* buffer() { return gtk_text_view_get_buffer(pane.textView().gobj()); }
     std::string text() { return pane.text(); }
 
     void type(const std::string& keys) {
@@ -101,10 +102,11 @@ protected:
     UserDefaults defaults{folder.path() / "preferences"};
     Preferences preferences{defaults};
     Localisation texts{preferences};
-    EditorPane pane{preferences};
+    ThemeManager themes{defaults, folder.path() / "Themes", [] { return false; }};
+    EditorPane pane{preferences, themes};
     FindBar bar;
-    EditingController editing{pane.view(), preferences};
-    FindController find{pane.view(), bar, texts};
+    EditingController editing{pane.textView(), preferences};
+    FindController find{pane.textView(), bar, texts};
 
 private:
     Gtk::Box m_box{Gtk::Orientation::VERTICAL};
@@ -210,7 +212,7 @@ TEST_F(Editor, CountsAgainAfterTheTextChanges) {
 
 TEST_F(Editor, UnderlinesMistakesOfBothLanguagesButNotWhatIsBeingTyped) {
     if (!SpellDictionaries().areAny()) GTEST_SKIP() << "no dictionary is installed";
-    SpellChecker spelling(pane.view(), preferences,
+    SpellChecker spelling(pane.textView(), preferences,
                           [this](int line) { return editing.stateAt(line); });
     using Words = std::vector<std::string>;
     type("Piękny zamek and beautiful castlle `kodd`\n\nbłond");
