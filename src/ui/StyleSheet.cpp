@@ -33,11 +33,11 @@ constexpr std::string_view kRules = R"css(
 .corvel-sidebar row:selected .count, .corvel-list row:selected .note-excerpt,
 .corvel-list row:selected .note-date { opacity: 0.92; }
 .section-heading { font-size: 82%; font-weight: bold; letter-spacing: 1px; opacity: 0.75; }
-.count { font-size: 90%; opacity: 0.75; font-feature-settings: "tnum"; }
+.count { font-size: 92%; opacity: 0.75; font-feature-settings: "tnum"; }
 .note-row { border-radius: 8px; }
 .note-title { font-weight: bold; }
 .note-excerpt { font-size: 92%; opacity: 0.8; }
-.note-date { font-size: 85%; opacity: 0.8; }
+.note-date { font-size: 82%; opacity: 0.8; }
 .tag-chip {
     font-size: 82%; padding: 0 8px; border-radius: 9px;
     background-color: alpha(@accent_bg_color, 0.14);
@@ -64,11 +64,11 @@ textview.note-editor, textview.note-editor text {
 textview.note-editor text selection { background-color: @corvel_selection; color: inherit; }
 .note-preview { background-color: @corvel_page; }
 .find-bar { padding: 6px 8px; }
-.find-bar .find-status { font-size: 90%; font-feature-settings: "tnum"; }
+.find-bar .find-status { font-size: 92%; font-feature-settings: "tnum"; }
 .find-bar .find-status.error { color: @error_color; }
-.find-bar .find-switch { padding: 0 8px; font-size: 90%; }
+.find-bar .find-switch { padding: 0 8px; font-size: 92%; }
 .find-bar button.image-button { min-width: 28px; padding: 0; }
-.note-status { border-top: 1px solid @borders; padding: 0 16px; min-height: 29px; font-size: 85%; }
+.note-status { border-top: 1px solid @borders; padding: 0 16px; min-height: 29px; font-size: 82%; }
 .note-status > * { opacity: 0.8; }
 .note-status button { padding: 0 4px; min-height: 22px; font-weight: normal; }
 .note-notice { background-color: alpha(@accent_bg_color, 0.12); padding: 6px 8px 6px 32px; }
