@@ -1,4 +1,5 @@
 #include "export/EPUBExporter.h"
+#include "export/ExportError.h"
 #include "export/epub/ChapterMarkup.h"
 #include "export/epub/XmlText.h"
 #include "platform/Handle.h"
@@ -141,9 +142,30 @@ TEST(ChapterMarkup, CarriesLargeImagesThroughUnchanged) {
     EXPECT_NE(body.find("<img src=\"" + image + "\" alt=\"\"/>"), std::string::npos);
 }
 
+TEST(EPUBExporter, SaysWhenTheArchiveCannotBeMade) {
+    setenv("TMPDIR", "/nowhere/at/all", 1);
+    try {
+        bookOf(noteWith("", "x"));
+        ADD_FAILURE() << "a book without a place for it";
+    } catch (const ExportError& error) {
+        EXPECT_EQ(error.kind(), ExportError::Kind::epubCreationFailed);
+        EXPECT_EQ(std::string(error.what()).find("Cannot create archive: "), 0U) << error.what();
+    }
+    unsetenv("TMPDIR");
+}
+
+TEST(EPUBExporter, TakesThousandsOfHeadings) {
+    std::string text;
+    for (int i = 0; i < 10'000; ++i)
+        text += "## Same\n\n";
+    OpenBook book(bookOf(noteWith("", text)));
+    EXPECT_NE(book.read("OEBPS/toc.ncx").find("chapter1.xhtml#same-10000\""), std::string::npos);
+}
+
 std::string checked(const fs::path& book) {
     const std::string command =
-        "java -jar /usr/share/java/epubcheck.jar '" + book.string() + "' 2>&1";
+        "java -XX:TieredStopAtLevel=1 -XX:+UseSerialGC -jar /usr/share/java/epubcheck.jar '" +
+        book.string() + "' 2>&1";
     FILE* pipe = popen(command.c_str(), "r");
     std::string output;
     std::array<char, 4096> part{};

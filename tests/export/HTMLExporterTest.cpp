@@ -69,6 +69,17 @@ TEST(HTMLExporter, SaysWhenTheTitleIsNoText) {
               "error " + std::to_string(static_cast<int>(ExportError::Kind::encodingFailed)));
 }
 
+TEST(HTMLExporter, SaysWhenTheTextTakesTooLong) {
+    std::string table = "|";
+    for (int i = 0; i < 16'000; ++i)
+        table += "a|";
+    table += "\n|";
+    for (int i = 0; i < 16'000; ++i)
+        table += "-|";
+    EXPECT_EQ(exported(noteWith("", table + "\n" + std::string(16'000, '|') + "\n|\n|\n"), {}),
+              "error " + std::to_string(static_cast<int>(ExportError::Kind::tooComplex)));
+}
+
 TEST(ExportFileName, OffersTheTitleAsItStands) {
     EXPECT_EQ(suggestedFileName("", ExportFormat::epub), "Untitled.epub");
     EXPECT_EQ(suggestedFileName("Plan 2024", ExportFormat::txt), "Plan 2024.txt");
