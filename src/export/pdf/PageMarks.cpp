@@ -13,6 +13,22 @@ constexpr std::string_view kScript = R"js(
 const patience = new Promise(resolve => setTimeout(resolve, 20000));
 const images = Array.from(document.images, image => image.decode().catch(() => {}));
 await Promise.race([patience, Promise.all(images)]);
+// A heading stays with what it heads: room for that is kept free below it, and taken back.
+const room = 72;
+const kept = Array.from(document.querySelectorAll('h1,h2,h3,h4,h5,h6'), heading => {
+    const margin = (element, side) => element ? parseFloat(getComputedStyle(element)[side]) || 0 : 0;
+    const shared = Math.min(margin(heading, 'marginBottom'),
+                            margin(heading.nextElementSibling, 'marginTop'));
+    return {heading, below: heading.nextElementSibling ? -room - shared : null};
+});
+for (const {heading, below} of kept) {
+    if (below === null) continue;
+    const keeper = document.createElement('div');
+    keeper.style.cssText = 'break-inside: avoid; padding-bottom: ' + room + 'px; margin-bottom: ' +
+        below + 'px';
+    heading.replaceWith(keeper);
+    keeper.append(heading);
+}
 const marks = [];
 const seen = new Set();
 const mark = (element, record) => {

@@ -12,15 +12,23 @@ namespace {
 
 using PaperHandle = Handle<GtkPaperSize, gtk_paper_size_free>;
 
-// On paper nothing can be scrolled aside, and a heading stays with what it heads.
+// On paper nothing can be scrolled aside.
 constexpr const char* kPaperRules = R"css(
 pre, pre code { white-space: pre-wrap !important; overflow-wrap: anywhere !important; overflow: visible !important; }
 p, li, td, th, h1, h2, h3, h4, h5, h6 { overflow-wrap: anywhere; }
-h1, h2, h3, h4, h5, h6 { break-after: avoid; break-inside: avoid; }
-img, tr { break-inside: avoid; }
-img { max-width: 100% !important; max-height: 100vh; }
+h1, h2, h3, h4, h5, h6, img, tr { break-inside: avoid; }
 p, li { orphans: 2; widows: 2; }
 )css";
+
+// The view prints a CSS pixel as 0.8 points, whatever the paper.
+constexpr double kPixelsPerPoint = 1.25;
+
+/// No picture is higher than a page. Units of the viewport are nothing on paper.
+std::string paperRules(const PaperSize& paper) {
+    const double height = (paper.height - 2 * paper.margin) * kPixelsPerPoint;
+    return kPaperRules + ("img { max-width: 100% !important; max-height: " +
+                          std::to_string(static_cast<int>(height * 0.9)) + "px; }\n");
+}
 
 struct Call {
     std::weak_ptr<bool> view;
@@ -68,7 +76,7 @@ WebKitPrintView::WebKitPrintView(std::unique_ptr<WebKitView> view, const PaperSi
     : m_view(std::move(view)) {
     auto* content = webkit_web_view_get_user_content_manager(m_view->handle());
     const Handle<WebKitUserStyleSheet, webkit_user_style_sheet_unref> rules(
-        webkit_user_style_sheet_new(kPaperRules, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+        webkit_user_style_sheet_new(paperRules(paper).c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
                                     WEBKIT_USER_STYLE_LEVEL_USER, nullptr, nullptr));
     webkit_user_content_manager_add_style_sheet(content, rules.get());
     m_view->widget().set_size_request(static_cast<int>(paper.width),
