@@ -100,6 +100,7 @@ std::vector<std::filesystem::path> draftsIn(const std::filesystem::path& folder)
     }
     std::ranges::sort(found);
     std::vector<std::filesystem::path> paths;
+    paths.reserve(found.size());
     for (auto& dated : found) {
         paths.push_back(std::move(dated.second));
     }

@@ -4,6 +4,7 @@
 #include "ui/ContextPopover.h"
 #include "ui/SpellChecker.h"
 
+#include <giomm/menu.h>
 #include <giomm/simpleactiongroup.h>
 #include <gtkmm/textview.h>
 

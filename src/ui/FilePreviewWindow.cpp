@@ -36,7 +36,7 @@ FilePreviewWindow::FilePreviewWindow(Session& session, std::filesystem::path pat
     header().packStart(m_import);
     follow();
     read();
-    relabel();
+    FilePreviewWindow::relabel();
 }
 
 FilePreviewWindow::~FilePreviewWindow() {

@@ -54,7 +54,7 @@ GuideWindow::GuideWindow(Session& session)
     followScrolling();
     m_themeChanged = session.themes.signalCurrentChanged().connect([this] { applyColors(); });
     applyColors();
-    relabel();
+    GuideWindow::relabel();
 }
 
 GuideWindow::~GuideWindow() {

@@ -8,6 +8,7 @@
 #include <glibmm/convert.h>
 #include <glibmm/main.h>
 #include <gtkmm/filefilter.h>
+#include <gtkmm/window.h>
 
 #include <algorithm>
 #include <memory>

@@ -23,7 +23,7 @@ ReaderWindow::ReaderWindow(Session& session)
     m_connections.emplace_back(editor.signalRender().connect([this](const std::string& text) {
         if (is_visible()) m_page.show(text);
     }));
-    relabel();
+    ReaderWindow::relabel();
 }
 
 ReaderWindow::~ReaderWindow() {
