@@ -4,6 +4,7 @@
 #include "app/editing/EmphasisCommand.h"
 #include "app/editing/ListEditing.h"
 #include "platform/Handle.h"
+#include "ui/LongLines.h"
 
 #include <gdk/gdkkeysyms.h>
 #include <gdkmm/clipboard.h>
@@ -24,7 +25,6 @@ constexpr int kListLinesAfter = 300;
 constexpr int kFenceLines = 2000;
 constexpr int kLineStart = 300;  // characters of a line that tell what it begins
 constexpr int kMostWrapped = 100'000;
-constexpr int kMostOfLine = 20'000;  // a longer line is no item of a list
 // A clipboard owner that does not answer is not waited for.
 constexpr unsigned kClipboardPatience = 300;
 
@@ -198,6 +198,7 @@ bool EditingController::wrapped(GtkTextIter* at, std::string_view character) {
 
 bool EditingController::isInFence() {
     const auto cursor = cursorOf(m_buffer);
+    if (longlines::isPiece(cursor)) return false;
     const auto kind = stateAt(gtk_text_iter_get_line(&cursor)).kind;
     return kind == editing::BlockState::Kind::fence ||
            kind == editing::BlockState::Kind::frontMatter;
@@ -279,7 +280,7 @@ bool EditingController::offeredToInputMethod() {
 
 bool EditingController::lineEnded() {
     const auto cursor = cursorOf(m_buffer);
-    if (isInFence() || gtk_text_iter_get_chars_in_line(&cursor) > kMostOfLine) return false;
+    if (isInFence() || longlines::isPiece(cursor)) return false;
     const auto excerpt = BufferExcerpt::lines(m_buffer, kListLinesBefore, kListLinesAfter);
     const auto edit = editing::lineEnded(excerpt.text(), excerpt.selection());
     if (!edit) return false;
@@ -289,7 +290,7 @@ bool EditingController::lineEnded() {
 
 bool EditingController::indented(bool isDeeper) {
     const auto cursor = cursorOf(m_buffer);
-    if (isInFence() || gtk_text_iter_get_chars_in_line(&cursor) > kMostOfLine) return false;
+    if (isInFence() || longlines::isPiece(cursor)) return false;
     const auto excerpt = BufferExcerpt::lines(m_buffer, kListLinesBefore, 0);
     const auto depth = isDeeper ? editing::Depth::deeper : editing::Depth::shallower;
     const auto edit = editing::indented(excerpt.text(), excerpt.selection(), depth);
@@ -307,18 +308,19 @@ void EditingController::toggleEmphasis(editing::Emphasis kind) {
 }
 
 void EditingController::cycleHeading() {
-    if (isInFence()) return;
+    if (isInFence() || longlines::isPiece(cursorOf(m_buffer))) return;
     const auto excerpt = BufferExcerpt::lines(m_buffer, 0, 0);
     apply(editing::cycledHeading(excerpt.text(), excerpt.selection()), excerpt);
 }
 
 void EditingController::toggleTasks() {
-    if (isInFence()) return;
+    if (isInFence() || longlines::isPiece(cursorOf(m_buffer))) return;
     const auto excerpt = BufferExcerpt::lines(m_buffer, 0, 0);
     apply(editing::toggledTasks(excerpt.text(), excerpt.selection()), excerpt);
 }
 
 void EditingController::toggleCodeBlock() {
+    if (longlines::isPiece(cursorOf(m_buffer))) return;
     GtkTextIter start;
     GtkTextIter end;
     gtk_text_buffer_get_selection_bounds(m_buffer, &start, &end);

@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 #include "ui/Accessible.h"
+#include "ui/LongLines.h"
 #include "ui/SourceStyle.h"
 
 #include <gtksourceview/gtksource.h>
@@ -22,18 +23,6 @@ constexpr std::size_t kLargeText = 1'500'000;
 // The toolkit takes seconds to lay out more than this; the note itself stays whole in the store.
 constexpr std::size_t kMostEditable = 10'000'000;
 constexpr std::size_t kShownOfMore = 200'000;
-constexpr std::size_t kLongLine = 50'000;
-
-/// A text whose colouring or wrapping would take seconds.
-bool isTooLarge(const std::string& text) {
-    if (text.size() > kLargeText) return true;
-    for (std::size_t start = 0; start < text.size();) {
-        const auto end = std::min(text.find('\n', start), text.size());
-        if (end - start > kLongLine) return true;
-        start = end + 1;
-    }
-    return false;
-}
 
 GtkSourceBuffer* sourceBuffer(const Glib::RefPtr<Gtk::TextBuffer>& buffer) {
     return GTK_SOURCE_BUFFER(buffer->gobj());
@@ -52,6 +41,7 @@ Gtk::TextView* makeView() {
     gtk_source_view_set_auto_indent(source, TRUE);
     gtk_source_view_set_tab_width(source, 4);
     gtk_source_view_set_smart_backspace(source, TRUE);
+    longlines::watchClipboard(view->gobj());
     return view;
 }
 
@@ -73,7 +63,7 @@ void EditorPane::open(const Uuid& id, const std::string& content) {
     m_isPartial = content.size() > kMostEditable;
     const std::string usable =
         text::repaired(m_isPartial ? text::prefixByBytes(content, kShownOfMore) : content);
-    m_isLarge = isTooLarge(usable);
+    m_isLarge = usable.size() > kLargeText;
     m_edits.stop();
     m_noteID = id;
     showBuffer(m_buffers.bufferFor(id, usable));
@@ -85,6 +75,10 @@ void EditorPane::close() {
     m_noteID.reset();
     m_buffer.reset();
     m_view->set_buffer(NoteBuffers::emptyBuffer());
+}
+
+bool EditorPane::isInPieces() const {
+    return m_buffer && longlines::areInPieces(m_buffer->gobj());
 }
 
 std::string EditorPane::text() const {

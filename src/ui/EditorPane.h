@@ -29,6 +29,8 @@ public:
     void setReadOnly(bool isReadOnly);
     /// Too large to be coloured and wrapped.
     bool isLarge() const { return m_isLarge; }
+    /// Very long lines are shown in pieces; what `signalEdited` tells then counts the breaks, too.
+    bool isInPieces() const;
     /// So large that its beginning alone is shown, for reading only.
     bool isPartial() const { return m_isPartial; }
     void setLabel(const std::string& label);

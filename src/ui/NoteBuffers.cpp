@@ -1,5 +1,7 @@
 #include "ui/NoteBuffers.h"
 
+#include "ui/LongLines.h"
+
 #include <gtksourceview/gtksource.h>
 
 #include <algorithm>
@@ -15,7 +17,7 @@ constexpr int kMostCharacters = 8'000'000;
 void load(Gtk::TextBuffer& buffer, const std::string& content) {
     // Opening a note is no step that can be undone.
     buffer.begin_irreversible_action();
-    gtk_text_buffer_set_text(buffer.gobj(), content.data(), static_cast<int>(content.size()));
+    longlines::load(buffer.gobj(), content);
     buffer.end_irreversible_action();
     buffer.place_cursor(buffer.begin());
     buffer.set_modified(false);
@@ -24,7 +26,9 @@ void load(Gtk::TextBuffer& buffer, const std::string& content) {
 }  // namespace
 
 Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::emptyBuffer() {
-    return Glib::wrap(GTK_TEXT_BUFFER(gtk_source_buffer_new(nullptr)));
+    auto* buffer = GTK_TEXT_BUFFER(gtk_source_buffer_new(nullptr));
+    longlines::watchInsertions(buffer);
+    return Glib::wrap(buffer);
 }
 
 std::string NoteBuffers::textOf(const Gtk::TextBuffer& buffer) {
@@ -32,10 +36,7 @@ std::string NoteBuffers::textOf(const Gtk::TextBuffer& buffer) {
     GtkTextIter start;
     GtkTextIter end;
     gtk_text_buffer_get_bounds(handle, &start, &end);
-    char* text = gtk_text_buffer_get_text(handle, &start, &end, TRUE);
-    std::string copy(text);
-    g_free(text);
-    return copy;
+    return longlines::textOf(handle, start, end);
 }
 
 Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::bufferFor(const Uuid& id, const std::string& content) {

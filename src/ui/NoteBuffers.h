@@ -19,7 +19,7 @@ public:
     /// A buffer of no note: a source view warns of any other kind.
     static Glib::RefPtr<Gtk::TextBuffer> emptyBuffer();
 
-    /// The text without the marks that only the buffer knows.
+    /// The text without the marks and breaks that only the buffer knows.
     static std::string textOf(const Gtk::TextBuffer& buffer);
 
 private:

@@ -1,6 +1,7 @@
 #include "ui/NotePane.h"
 
 #include "app/Texts.h"
+#include "app/texts/EditorTexts.h"
 #include "ui/Accessible.h"
 
 #include <gdk/gdkkeysyms.h>
@@ -95,8 +96,7 @@ void NotePane::buildEmptyState() {
 void NotePane::follow() {
     auto& editor = m_session.editor;
     editor.setTextSource([this] { return m_editor.text(); });
-    m_editor.signalEdited().connect(
-        [this](const TextEdit& edit) { m_session.editor.contentEdited(edit); });
+    m_editor.signalEdited().connect([this](const TextEdit& edit) { contentEdited(edit); });
     m_title.signal_changed().connect([this] { titleChanged(); });
     followTitleKeys();
 
@@ -167,6 +167,14 @@ void NotePane::noteStateChanged() {
     m_status.refresh(statusNotice());
 }
 
+void NotePane::contentEdited(const TextEdit& edit) {
+    if (m_editor.isInPieces()) {
+        m_session.editor.contentEdited();
+    } else {
+        m_session.editor.contentEdited(edit);
+    }
+}
+
 void NotePane::titleChanged() {
     if (!m_isFilling) m_session.editor.titleEdited(m_title.get_text());
 }
@@ -202,7 +210,8 @@ void NotePane::applyMode() {
 
 std::string NotePane::statusNotice() const {
     if (m_editor.isPartial()) return m_session.texts(texts::noteIsPartial);
-    return m_editor.isLarge() ? m_session.texts(texts::noteIsLarge) : "";
+    if (m_editor.isLarge()) return m_session.texts(texts::noteIsLarge);
+    return m_editor.isInPieces() ? m_session.texts(texts::lineInPieces) : "";
 }
 
 void NotePane::relabel() {

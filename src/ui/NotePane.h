@@ -47,6 +47,7 @@ private:
     void followScrolling();
     void noteOpened();
     void noteStateChanged();
+    void contentEdited(const TextEdit& edit);
     void titleChanged();
     void render(const std::string& markdown);
     void applyMode();

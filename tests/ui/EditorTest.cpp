@@ -127,6 +127,38 @@ TEST_F(Editor, UndoesAPairAsOneStepAndTypingOverAsNone) {
     EXPECT_EQ(text(), "a\n(x)");
 }
 
+TEST_F(Editor, ShowsVeryLongLinesInPiecesAndGivesThemOutWhole) {
+    std::string line;
+    for (int word = 0; word < 5000; ++word)
+        line += "słowo word ";
+    const Uuid id = Uuid::random();
+    pane.open(id, "# one\n" + line);
+    EXPECT_TRUE(pane.isInPieces());
+    EXPECT_GT(gtk_text_buffer_get_line_count(buffer()), 10);
+    EXPECT_EQ(text(), "# one\n" + line);
+
+    select(20'000, 20'000);
+    editing.cycleHeading();
+    EXPECT_EQ(text(), "# one\n" + line) << "a piece is no line that could be a heading";
+    type("x\n");
+    EXPECT_EQ(text().size(), line.size() + 8);
+    const std::string typed = text();
+    pane.open(Uuid::random(), "short");
+    EXPECT_FALSE(pane.isInPieces());
+    pane.open(id, typed);
+    undo();
+    EXPECT_NE(text(), typed) << "what was typed can still be undone";
+
+    select(0, gtk_text_buffer_get_char_count(buffer()));
+    const std::string whole = text();
+    g_signal_emit_by_name(pane.textView().gobj(), "cut-clipboard");
+    EXPECT_EQ(text(), "");
+    g_signal_emit_by_name(pane.textView().gobj(), "paste-clipboard");
+    EXPECT_TRUE(turnUntil([this] { return !text().empty(); }));
+    EXPECT_EQ(text(), whole);
+    EXPECT_GT(gtk_text_buffer_get_line_count(buffer()), 10) << "pasted in pieces, too";
+}
+
 TEST_F(Editor, WrapsTheSelectionInOneStep) {
     type("one two");
     select(4, 7);

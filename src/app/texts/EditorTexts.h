@@ -25,6 +25,10 @@ inline constexpr Text replacedCount{"Zamieniono: %1", "Replaced: %1"};
 inline constexpr Text badExpression{"Błędne wyrażenie", "Invalid expression"};
 inline constexpr Text slowExpression{"Wyrażenie zbyt złożone", "Expression too complex"};
 
+// In the status line.
+inline constexpr Text lineInPieces{"Bardzo długi wiersz pokazany w częściach",
+                                   "Very long line shown in pieces"};
+
 // The editor's context menu.
 inline constexpr Text cut{"Wytnij", "Cut"};
 inline constexpr Text copy{"Kopiuj", "Copy"};
