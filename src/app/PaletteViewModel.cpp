@@ -34,6 +34,10 @@ void PaletteViewModel::open(Kind kind) {
     setQuery({});
 }
 
+bool PaletteViewModel::readAhead() {
+    return m_titles.readAhead();
+}
+
 void PaletteViewModel::setQuery(const std::string& text) {
     const FuzzyQuery query(text);
     m_items.clear();
@@ -76,18 +80,22 @@ void PaletteViewModel::listNotes(const FuzzyQuery& query) {
     }
 }
 
-// The open note is not among them: the first row is the one before it.
+// The open note stands behind the recent ones: the first row is the note before it.
 void PaletteViewModel::listRecentNotes() {
     std::unordered_set<Uuid> listed;
-    if (const auto& open = m_state.selectedNoteID.get()) listed.insert(*open);
+    const auto& open = m_state.selectedNoteID.get();
     const FuzzyQuery everything("");
     const auto add = [&](const std::optional<NoteSummary>& note) {
         if (!note || note->isTrashed || m_items.size() >= kMostRows) return;
         if (listed.insert(note->id).second) addNote(*note, everything);
     };
-    for (const Uuid& id : m_recent.ids()) {
+    const auto addByID = [&](const Uuid& id) {
         if (const auto row = m_library.listing.rowOf(id)) add(m_library.listing.summary(*row));
+    };
+    for (const Uuid& id : m_recent.ids()) {
+        if (id != open) addByID(id);
     }
+    if (open) addByID(*open);
     for (const RowId row : m_titles.search(everything, kMostRows)) {
         add(m_library.listing.summary(row));
     }

@@ -37,6 +37,9 @@ public:
 
     /// Lists everything anew, with an empty query.
     void open(Kind kind);
+    /// Prepares the note switcher in idle time, a little at a time. True while more is left. Throws
+    /// StoreError.
+    bool readAhead();
     Kind kind() const { return m_kind; }
     void setQuery(const std::string& query);
 

@@ -11,6 +11,8 @@ namespace {
 
 /// With more changed notes than this, reading everything anew is cheaper than carrying them.
 constexpr std::size_t kMostRecent = 500;
+/// Read or folded in one step: a millisecond or two.
+constexpr std::size_t kStep = 1000;
 
 }  // namespace
 
@@ -26,33 +28,57 @@ void TitleIndex::refresh() {
         if (m_isRecentStale) readRecent();
         return;
     }
+    m_isRead = false;
+    while (readAhead()) {
+    }
+    readRecent();
+}
+
+bool TitleIndex::readAhead() {
+    if (m_isRead) return false;
+    if (!m_reading) return begin();
+    if (!m_reading->isComplete) {
+        readSome();
+        return true;
+    }
+    const std::size_t end = std::min(m_reading->rows.size(), m_titles.size() + kStep);
+    while (m_titles.size() < end) {
+        const Row& row = m_reading->rows[m_titles.size()];
+        m_titles.append(row.row, row.title);
+    }
+    if (end < m_reading->rows.size()) return true;
+    m_reading.reset();
+    m_isRead = true;
+    return false;
+}
+
+bool TitleIndex::begin() {
+    auto newest = m_context.database().query("SELECT coalesce(max(pk), 0) FROM note");
+    m_newestRow = newest.next() ? newest.integer(0) : 0;
     m_titles = {};
     m_recent.clear();
     m_hidden.clear();
-    readRecent();
-    readAll();
-    m_newestRow = newestRow;
-    m_isRead = true;
+    m_isRecentStale = true;
+    m_reading = Reading{{}, 0, false};
+    return true;
 }
 
 // In the order of the table, which is read at the speed of the disk, and sorted here: by the index
 // on the dates every row would be looked up by itself.
-void TitleIndex::readAll() {
-    struct Row {
-        std::int64_t modifiedAt;
-        RowId row;
-        std::string title;
-    };
-    std::vector<Row> rows;
+void TitleIndex::readSome() {
     auto query = m_context.database().query(
-        "SELECT modifiedAt, pk, title FROM note NOT INDEXED WHERE isTrashed=0");
-    while (query.next()) {
-        rows.push_back({query.integer(0), query.integer(1), query.string(2)});
+        "SELECT modifiedAt, pk, title, isTrashed FROM note NOT INDEXED WHERE pk>? ORDER BY pk "
+        "LIMIT ?");
+    query.bind(m_reading->last, static_cast<std::int64_t>(kStep));
+    std::size_t count = 0;
+    for (; query.next(); ++count) {
+        m_reading->last = query.integer(1);
+        if (query.integer(3) != 0) continue;
+        m_reading->rows.push_back({query.integer(0), query.integer(1), query.string(2)});
     }
-    std::ranges::stable_sort(rows, std::ranges::greater(), &Row::modifiedAt);
-    for (const Row& row : rows) {
-        m_titles.append(row.row, row.title);
-    }
+    if (count == kStep) return;
+    std::ranges::stable_sort(m_reading->rows, std::ranges::greater(), &Row::modifiedAt);
+    m_reading->isComplete = true;
 }
 
 std::vector<RowId> TitleIndex::search(const FuzzyQuery& query, std::size_t limit) const {
@@ -71,7 +97,7 @@ std::vector<RowId> TitleIndex::search(const FuzzyQuery& query, std::size_t limit
 }
 
 void TitleIndex::noteChanged(const NoteChange& change) {
-    if (!m_isRead) return;
+    if (!m_isRead && !m_reading) return;
     m_hidden.insert(change.row);
     std::erase_if(m_recent, [&](const auto& entry) { return entry.first == change.row; });
     m_newestRow = std::max(m_newestRow, change.row);

@@ -81,7 +81,7 @@ void Application::openWindow() {
 
 // Nothing may come before the first frame: the second tick of the window's clock follows it.
 void Application::startIndexing() {
-    m_feeder = std::make_unique<IndexFeeder>(m_session->library.searchIndex);
+    m_feeder = std::make_unique<IndexFeeder>(m_session->library.searchIndex, m_session->palette);
     m_housekeeping = std::make_unique<Housekeeping>(m_session->library);
     m_window->window().add_tick_callback(
         [this, ticks = 0](const Glib::RefPtr<Gdk::FrameClock>&) mutable {

@@ -23,7 +23,7 @@ void IndexFeeder::start() {
 
 bool IndexFeeder::workOnce() {
     try {
-        if (m_index.work(kSlice)) return true;
+        if (m_index.work(kSlice) || m_palette.readAhead()) return true;
     } catch (const StoreError& error) {
         logLine(std::string("Error indexing notes: ") + error.what());
     }

@@ -1,15 +1,17 @@
 #pragma once
 
+#include "app/PaletteViewModel.h"
 #include "library/SearchIndex.h"
 #include "platform/ScopedConnection.h"
 
 namespace corvel {
 
-/// Fills the search index in the loop's idle time, in slices nobody feels, and later merges recent
-/// edits into it.
+/// Fills the search index and then the note switcher in the loop's idle time, in slices nobody
+/// feels, and later merges recent edits into the index.
 class IndexFeeder {
 public:
-    explicit IndexFeeder(SearchIndex& index) : m_index(index) {}
+    IndexFeeder(SearchIndex& index, PaletteViewModel& palette)
+        : m_index(index), m_palette(palette) {}
 
     void start();
 
@@ -18,6 +20,7 @@ private:
     void rest();
 
     SearchIndex& m_index;
+    PaletteViewModel& m_palette;
     ScopedConnection m_work;
 };
 

@@ -61,7 +61,7 @@ TEST_F(PaletteTest, EveryCommandIsListedWithItsKeyAndWhetherItCanBeUsed) {
     EXPECT_EQ(std::get<CommandID>(palette.chosen().value()), CommandID::togglePin);
 }
 
-TEST_F(PaletteTest, WithoutAQueryTheNotesOpenedLastComeFirstAndTheOpenOneNotAtAll) {
+TEST_F(PaletteTest, WithoutAQueryTheNotesOpenedLastComeFirstThenTheOpenOne) {
     const Uuid a = add("A");
     const Uuid b = add("B");
     add("C");
@@ -70,10 +70,10 @@ TEST_F(PaletteTest, WithoutAQueryTheNotesOpenedLastComeFirstAndTheOpenOneNotAtAl
         session.state.selectedNoteID.set(id);
     }
     palette.open(Kind::notes);
-    EXPECT_THAT(labels(), ElementsAre("B", "D", "C"));
+    EXPECT_THAT(labels(), ElementsAre("B", "D", "A", "C"));
     session.library.notes.moveToTrash(b);
     palette.open(Kind::notes);
-    EXPECT_THAT(labels(), ElementsAre("D", "C"));
+    EXPECT_THAT(labels(), ElementsAre("D", "A", "C"));
     session.finish();
     EXPECT_THAT(RecentNotes(defaults).ids(), ElementsAre(a, b, d)) << "kept for the next run";
 }

@@ -74,6 +74,22 @@ protected:
     TitleIndex index{library.controller().viewContext(), library->notes};
 };
 
+TEST_F(TitleIndexTest, ReadsAheadWhileNotesChange) {
+    auto first = add("Plan A", 1);
+    const auto second = add("Plan B", 2);
+    add("Plan C", 3);
+    ASSERT_TRUE(index.readAhead()) << "nothing is read yet";
+    first.title = "Plan A2";
+    library->notes.update(first);
+    ASSERT_TRUE(index.readAhead()) << "read, not folded";
+    library->notes.moveToTrash(second.id);
+    add("Plan D", 4);
+    while (index.readAhead()) {
+    }
+    index.refresh();
+    EXPECT_THAT(search("plan"), ElementsAre("Plan D", "Plan A2", "Plan C"));
+}
+
 TEST_F(TitleIndexTest, BetterRanksComeFirstAndNewerNotesAmongEquals) {
     add("inne plany", 1);
     add("Plan A", 2);
