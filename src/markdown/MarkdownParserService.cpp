@@ -71,8 +71,9 @@ std::string MarkdownParserService::postProcessImages(std::string html) const {
     return imagepasses::applyWidths(std::move(html));
 }
 
-std::string MarkdownParserService::markRemoteImages(std::string html) {
-    return imagepasses::markRemoteSources(std::move(html), std::string(kRemoteImageScheme) + ":");
+std::string MarkdownParserService::markRemoteImages(std::string html, const std::string& key) {
+    return imagepasses::markRemoteSources(std::move(html),
+                                          std::string(kRemoteImageScheme) + ":" + key);
 }
 
 std::string MarkdownParserService::resolveImages(std::string html,

@@ -47,8 +47,8 @@ public:
     std::string postProcessImages(std::string html) const;
 
     /// For a web view that may show images from the web: their addresses get the scheme that
-    /// reaches the program.
-    static std::string markRemoteImages(std::string html);
+    /// reaches the program, and the key that it asks for, or none.
+    static std::string markRemoteImages(std::string html, const std::string& key = {});
     /// For a page of a file: relative addresses of images start at `folder`, an absolute path.
     static std::string resolveImages(std::string html, const std::filesystem::path& folder);
 

@@ -153,7 +153,7 @@ void PreviewView::showRendered(RenderOutcome outcome) {
     }
     body = m_session.parser.postProcessImages(std::move(body));
     if (m_session.preferences.loadRemoteImages()) {
-        body = MarkdownParserService::markRemoteImages(std::move(body));
+        body = MarkdownParserService::markRemoteImages(std::move(body), m_room->imageKey());
     }
     m_coordinator->show(generateCSS(m_session.themes.currentTheme()) + m_style.extraCss,
                         std::move(body), std::exchange(m_place, std::nullopt));

@@ -124,7 +124,7 @@ private:
 TEST_F(WebRoomTest, GetsImagesFromTheWebOnlyThroughTheProgramAndOnlyIfItMay) {
     PictureServer server;
     const std::string body = MarkdownParserService::markRemoteImages(
-        "<img id=i src=\"" + server.address + "a?b=1&amp;c=%20d\"><img src=x>");
+        "<img id=i src=\"" + server.address + "a?b=1&amp;c=%20d\"><img src=x>", room.imageKey());
     const auto isSettled = [this] {
         return ask("Array.from(document.images).every(i => i.complete)") == "true";
     };
@@ -137,6 +137,10 @@ TEST_F(WebRoomTest, GetsImagesFromTheWebOnlyThroughTheProgramAndOnlyIfItMay) {
     EXPECT_TRUE(waitFor(isSettled));
     EXPECT_EQ(ask("document.getElementById('i').naturalHeight"), "900");
     EXPECT_EQ(server.visits, 1);
+    show("<img src=\"corvel-image:" + server.address +
+         "e\"><p style=\"background: url(corvel-image:" + server.address + "f)\">x</p>");
+    EXPECT_TRUE(waitFor(isSettled));
+    EXPECT_EQ(server.visits, 1) << "asked for by a page that cannot know the key";
 }
 
 TEST_F(WebRoomTest, KeepsThePlaceWhenABodyIsReplacedAndWhenImagesArrive) {
@@ -146,8 +150,8 @@ TEST_F(WebRoomTest, KeepsThePlaceWhenABodyIsReplacedAndWhenImagesArrive) {
                                                     std::string_view(kPicture).size()));
     const auto body = [&](const std::string& words) {
         return "<p>" + words + "</p><img src=\"data:image/svg+xml;base64," +
-               std::string(data.get()) + "\"><p><img src=\"corvel-image:" + server.address +
-               "a\"></p><div id=below style='height: 900px'></div>";
+               std::string(data.get()) + "\"><p><img src=\"corvel-image:" + room.imageKey() +
+               server.address + "a\"></p><div id=below style='height: 900px'></div>";
     };
     const auto isWhole = [this] { return ask("document.body.scrollHeight > 2700") == "true"; };
     coordinator->show("p { margin: 0; }", body("one"), 0.9);
@@ -166,7 +170,7 @@ TEST_F(WebRoomTest, KeepsThePlaceWhenABodyIsReplacedAndWhenImagesArrive) {
     const std::string top = "document.getElementById('below').getBoundingClientRect().top";
     ask("document.getElementById('below').scrollIntoView()");
     EXPECT_TRUE(waitFor([&] { return ask(top) == "0"; }));
-    show("<img src=\"corvel-image:" + server.address + "b\">" + body("four"));
+    show("<img src=\"corvel-image:" + room.imageKey() + server.address + "b\">" + body("four"));
     EXPECT_TRUE(waitFor([this] { return ask("document.body.scrollHeight > 3600") == "true"; }));
     EXPECT_TRUE(waitFor([&] { return ask("Math.abs(" + top + ") < 60") == "true"; }))
         << "what the reader sees stays, whatever arrives above it";

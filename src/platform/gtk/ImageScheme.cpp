@@ -1,6 +1,7 @@
 #include "platform/gtk/ImageScheme.h"
 
 #include "platform/Handle.h"
+#include "platform/Uuid.h"
 
 #include <gio/gio.h>
 
@@ -33,7 +34,8 @@ void hand(WebKitURISchemeRequest* request, const RemoteImages::Image& image) {
 
 }  // namespace
 
-ImageScheme::ImageScheme(Permission mayLoad) : m_mayLoad(std::move(mayLoad)) {}
+ImageScheme::ImageScheme(Permission mayLoad)
+    : m_mayLoad(std::move(mayLoad)), m_key(Uuid::random().toString() + "/") {}
 
 void ImageScheme::registerIn(WebKitWebContext* context,
                              const std::shared_ptr<ImageScheme>& scheme) {
@@ -54,7 +56,8 @@ void ImageScheme::requested(WebKitURISchemeRequest* request, gpointer weak) {
 void ImageScheme::answer(WebKitURISchemeRequest* request) {
     std::string_view address = webkit_uri_scheme_request_get_uri(request);
     address.remove_prefix(std::string_view(kScheme).size() + 1);
-    if (!m_mayLoad || !m_mayLoad()) return refuse(request);
+    if (!address.starts_with(m_key) || !m_mayLoad || !m_mayLoad()) return refuse(request);
+    address.remove_prefix(m_key.size());
     const std::shared_ptr<WebKitURISchemeRequest> held(
         WEBKIT_URI_SCHEME_REQUEST(g_object_ref(request)), g_object_unref);
     m_images.fetch(std::string(address),

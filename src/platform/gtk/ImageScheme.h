@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace corvel {
 
@@ -17,6 +18,10 @@ public:
 
     explicit ImageScheme(Permission mayLoad);
 
+    /// What an address begins with. Nobody can guess it, so that a style sheet, which may come from
+    /// anywhere, cannot ask for images.
+    const std::string& key() const { return m_key; }
+
     /// The context may outlive `scheme`; requests are refused from then on.
     static void registerIn(WebKitWebContext* context, const std::shared_ptr<ImageScheme>& scheme);
 
@@ -25,6 +30,7 @@ private:
     void answer(WebKitURISchemeRequest* request);
 
     Permission m_mayLoad;
+    std::string m_key;
     RemoteImages m_images;
 };
 

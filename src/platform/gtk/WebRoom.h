@@ -32,6 +32,9 @@ public:
     /// the filter.
     std::unique_ptr<WebKitView> makeView(const std::string& scriptHash) const;
 
+    /// What the addresses of images from the web begin with in its pages, behind the scheme.
+    const std::string& imageKey() const { return m_images->key(); }
+
 private:
     std::shared_ptr<ContentFilter> m_filter;
     std::shared_ptr<ImageScheme> m_images;
