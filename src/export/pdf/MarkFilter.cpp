@@ -1,9 +1,7 @@
 #include "export/pdf/MarkFilter.h"
 
 #include "export/pdf/ContentReader.h"
-
-#include <qpdf/Pl_Buffer.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
+#include "export/pdf/Qpdf.h"
 
 namespace corvel {
 

@@ -3,12 +3,10 @@
 #include "export/ExportError.h"
 #include "export/OutsideLink.h"
 #include "export/pdf/PdfOutline.h"
+#include "export/pdf/Qpdf.h"
 #include "platform/Handle.h"
 
 #include <glib.h>
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFWriter.hh>
 
 #include <array>
 

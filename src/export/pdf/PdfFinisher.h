@@ -1,10 +1,8 @@
 #pragma once
 
 #include "export/pdf/MarkFilter.h"
+#include "export/pdf/Qpdf.h"
 #include "themes/Color.h"
-
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
 
 #include <filesystem>
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <qpdf/QPDF.hh>
+#include "export/pdf/Qpdf.h"
 
 #include <string>
 #include <vector>
