@@ -106,14 +106,14 @@ void compare(const char* name,
 class Bench {
 public:
     Bench() {
-        box.append(page.view->widget());
-        box.append(plain.view->widget());
-        window.set_child(box);
-        window.present();
+        m_box.append(m_page.view->widget());
+        m_box.append(m_plain.view->widget());
+        m_window.set_child(m_box);
+        m_window.present();
     }
     ~Bench() {
-        box.remove(page.view->widget());
-        box.remove(plain.view->widget());
+        m_box.remove(m_page.view->widget());
+        m_box.remove(m_plain.view->widget());
     }
 
     void edit(const char* name, std::size_t size) {
@@ -127,47 +127,47 @@ public:
         const auto body = [&] {
             return parser.postProcessImages(MarkdownParserService::renderBody(text));
         };
-        show(light, body());
+        show(m_light, body());
         compare(
             name, 21,
             [&] {
                 text[place] = text[place] == 'x' ? 'y' : 'x';
-                show(light, MarkdownParserService::markRemoteImages(body()));
+                show(m_light, MarkdownParserService::markRemoteImages(body()));
             },
             [&] {
                 bool isDone = false;
-                page.laidOut.evaluate(PreviewPage::updateScript(body()),
-                                      [&](const auto&) { isDone = true; });
+                m_page.laidOut.evaluate(PreviewPage::updateScript(body()),
+                                        [&](const auto&) { isDone = true; });
                 turnUntil(isDone);
             });
         bool isDark = false;
         const std::string whole = body();
         compare(
-            "  another theme", 9, [&] { show((isDark = !isDark) ? dark : light, whole); },
+            "  another theme", 9, [&] { show((isDark = !isDark) ? m_dark : m_light, whole); },
             [&] {
-                plain.isLoaded = false;
-                plain.laidOut.loadPage(PreviewPage::html(isDark ? dark : light, whole));
-                turnUntil(plain.isLoaded);
+                m_plain.isLoaded = false;
+                m_plain.laidOut.loadPage(PreviewPage::html(isDark ? m_dark : m_light, whole));
+                turnUntil(m_plain.isLoaded);
                 bool isDone = false;
-                plain.laidOut.evaluate("1", [&](const auto&) { isDone = true; });
+                m_plain.laidOut.evaluate("1", [&](const auto&) { isDone = true; });
                 turnUntil(isDone);
             });
     }
 
 private:
     void show(const std::string& css, const std::string& body) {
-        page.isShown = false;
-        page.coordinator->show(css, body);
-        turnUntil(page.isShown);
+        m_page.isShown = false;
+        m_page.coordinator->show(css, body);
+        turnUntil(m_page.isShown);
     }
 
-    const std::string light = generateCSS(themes::builtInLight());
-    const std::string dark = generateCSS(themes::builtInDark());
-    WebRoom room;
-    Page page{room};
-    Page plain{room};
-    Gtk::Box box;
-    Gtk::Window window;
+    const std::string m_light = generateCSS(themes::builtInLight());
+    const std::string m_dark = generateCSS(themes::builtInDark());
+    WebRoom m_room;
+    Page m_page{m_room};
+    Page m_plain{m_room};
+    Gtk::Box m_box;
+    Gtk::Window m_window;
 };
 
 }  // namespace

@@ -70,7 +70,8 @@ void PaletteViewModel::listCommands(const FuzzyQuery& query) {
         std::ranges::move(items, std::back_inserter(m_items));
     }
     // What cannot be done now is there to be found, but never in the way.
-    std::ranges::stable_partition(m_items, &PaletteItem::isEnabled);
+    std::stable_partition(m_items.begin(), m_items.end(),
+                          [](const PaletteItem& item) { return item.isEnabled; });
 }
 
 void PaletteViewModel::listNotes(const FuzzyQuery& query) {

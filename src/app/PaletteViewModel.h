@@ -41,7 +41,7 @@ public:
     /// StoreError.
     bool readAhead();
     Kind kind() const { return m_kind; }
-    void setQuery(const std::string& query);
+    void setQuery(const std::string& text);
 
     const std::vector<PaletteItem>& items() const { return m_items; }
     /// The chosen row; no meaning without items.

@@ -49,7 +49,7 @@ void PdfJob::cancel() {
     m_folder.reset();
 }
 
-void PdfJob::start(const PDFExporter::PrintViewMaker& makeView, std::string page) {
+void PdfJob::start(const PDFExporter::PrintViewMaker& makeView, const std::string& page) {
     try {
         m_folder = std::make_unique<WorkingFolder>();
     } catch (const std::filesystem::filesystem_error& error) {

@@ -30,7 +30,7 @@ public:
     ~PdfJob();
 
     const std::string& title() const { return m_order.description.title; }
-    void start(const PDFExporter::PrintViewMaker& makeView, std::string page);
+    void start(const PDFExporter::PrintViewMaker& makeView, const std::string& page);
     void fail(const ExportError& error);
 
 private:
