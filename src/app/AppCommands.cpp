@@ -220,6 +220,12 @@ bool isNoteCommand(CommandID id) {
            id == ID::readerMode;
 }
 
+// Can be done with several notes at once.
+bool isListCommand(CommandID id) {
+    return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
+           id == ID::exportNote;
+}
+
 // Change the text of the open note.
 bool isTextCommand(CommandID id) {
     return (id >= ID::bold && id <= ID::taskList) || id == ID::replace;
@@ -274,6 +280,7 @@ std::string AppCommands::shortcutText(CommandID id) {
 
 bool AppCommands::isEnabled(CommandID id) const {
     if (!command(id).isAvailable) return false;
+    if (isListCommand(id) && m_state.hasSeveralSelected()) return true;
     if (isNoteCommand(id)) return m_state.selectedNoteID.get().has_value();
     const auto& note = m_state.selectedNote.get();
     if (isFindCommand(id)) return note.has_value();
@@ -318,11 +325,14 @@ void AppCommands::activate(CommandID id) {
         case ID::togglePreview:
             return toggleMode(EditorMode::preview);
         case ID::togglePin:
-            return postNoteAction(NoteActionType::togglePin);
+            if (postNoteAction(NoteActionType::togglePin)) return;
+            break;
         case ID::toggleArchive:
-            return postNoteAction(NoteActionType::toggleArchive);
+            if (postNoteAction(NoteActionType::toggleArchive)) return;
+            break;
         case ID::moveToTrash:
-            return postNoteAction(NoteActionType::moveToTrash);
+            if (postNoteAction(NoteActionType::moveToTrash)) return;
+            break;
         case ID::switchLanguage:
             return m_preferences.setAppLanguage(m_preferences.appLanguage() == "en" ? "pl" : "en");
         default:
@@ -331,9 +341,12 @@ void AppCommands::activate(CommandID id) {
     if (m_openWindow) m_openWindow(id);
 }
 
-void AppCommands::postNoteAction(NoteActionType type) {
-    m_notifications.post(notifications::noteAction,
-                         NoteAction{*m_state.selectedNoteID.get(), type});
+// Which notes are selected when there are several only the window knows.
+bool AppCommands::postNoteAction(NoteActionType type) {
+    const auto& id = m_state.selectedNoteID.get();
+    if (!id) return false;
+    m_notifications.post(notifications::noteAction, NoteAction{*id, type});
+    return true;
 }
 
 // A second use goes back to the editor alone.

@@ -75,7 +75,7 @@ struct Command {
 class AppCommands {
 public:
     /// Does what only a window can: opens the shortcuts, the about window or a folder chooser,
-    /// moves between panes, quits.
+    /// acts on several selected notes, moves between panes, quits.
     using WindowOpener = std::function<void(CommandID)>;
 
     AppCommands(AppState& state,
@@ -95,7 +95,8 @@ public:
     void activate(CommandID id);
 
 private:
-    void postNoteAction(NoteActionType type);
+    /// False when no single note is selected.
+    bool postNoteAction(NoteActionType type);
     void toggleMode(EditorMode mode);
 
     AppState& m_state;

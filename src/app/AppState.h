@@ -7,6 +7,7 @@
 
 #include <sigc++/signal.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -43,6 +44,10 @@ struct AppState {
     Observable<bool> isExportSheetPresented{false};
     Observable<bool> isAIAssistantVisible{false};
     Observable<std::optional<Note>> selectedNote;
+    /// How many rows of the list are selected.
+    Observable<std::size_t> selectedCount;
+
+    bool hasSeveralSelected() const { return !selectedNoteID.get() && selectedCount.get() > 1; }
 };
 
 }  // namespace corvel

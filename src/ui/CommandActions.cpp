@@ -80,6 +80,7 @@ void CommandActions::followState() {
     const auto update = [this] { updateEnabled(); };
     m_connections.emplace_back(state.selectedNoteID.signalChanged().connect(update));
     m_connections.emplace_back(state.selectedNote.signalChanged().connect(update));
+    m_connections.emplace_back(state.selectedCount.signalChanged().connect(update));
     m_connections.emplace_back(state.editorMode.signalChanged().connect(update));
     m_connections.emplace_back(state.sidebarFilter.signalChanged().connect(update));
     m_connections.emplace_back(state.sortOption.signalChanged().connect(

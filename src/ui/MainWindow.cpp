@@ -163,8 +163,13 @@ void MainWindow::showExportSheet() {
     m_session.editor.save();
     ExportSheet::show(
         m_window, m_session, m_toasts,
-        [this](ExportFormat format) { return m_exporters.make(format); },
-        m_list.view().selectedNotes());
+        [this](ExportFormat format) { return m_exporters.make(format); }, notesToExport());
+}
+
+// The open note may have left the list.
+std::vector<Uuid> MainWindow::notesToExport() const {
+    const auto& open = m_session.state.selectedNoteID.get();
+    return open ? std::vector{*open} : m_list.view().selectedNotes();
 }
 
 void MainWindow::importPaths(const std::vector<std::filesystem::path>& paths) {
@@ -187,6 +192,10 @@ void MainWindow::perform(CommandID command) {
             return cyclePane(1);
         case CommandID::previousPane:
             return cyclePane(-1);
+        case CommandID::togglePin:
+        case CommandID::toggleArchive:
+        case CommandID::moveToTrash:
+            return m_list.performOnSelected(command);
         case CommandID::importFolder:
             return m_import.chooseFolder();
         case CommandID::insertImage:

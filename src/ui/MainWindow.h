@@ -53,6 +53,7 @@ private:
     void relabel();
     void showSidebarButton();
     void showExportSheet();
+    std::vector<Uuid> notesToExport() const;
     void showThemes();
     void showSettings();
     void choose(const std::variant<CommandID, Uuid>& target);

@@ -194,6 +194,22 @@ void NoteListPane::deleteSelected() {
     if (!ids.empty()) removing([&] { m_session.list.moveToTrash(ids); });
 }
 
+void NoteListPane::performOnSelected(CommandID command) {
+    const auto ids = m_view.selectedNotes();
+    if (ids.empty()) return;
+    auto& list = m_session.list;
+    switch (command) {
+        case CommandID::togglePin:
+            return removing([&] { list.togglePin(ids); });
+        case CommandID::toggleArchive:
+            return removing([&] { list.toggleArchive(ids); });
+        case CommandID::moveToTrash:
+            return deleteSelected();
+        default:
+            return;
+    }
+}
+
 void NoteListPane::removing(const std::function<void()>& operation) {
     m_view.removing(operation);
     if (m_session.list.size() == 0) focusList();

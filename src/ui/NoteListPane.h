@@ -30,6 +30,9 @@ public:
     Gtk::Button& sidebarButton() { return m_sidebarButton; }
     adw::HeaderBar& headerBar() { return m_header; }
     NoteListView& view() { return m_view; }
+    /// Pins, archives or trashes all selected notes; in the trash the last deletes, after a
+    /// question.
+    void performOnSelected(CommandID command);
     /// Deletes the selected notes for good, after a question.
     void askToDelete();
 

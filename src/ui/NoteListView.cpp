@@ -182,6 +182,11 @@ void NoteListView::selectionChanged() {
     if (selected->get_size() == 1) note = m_session.list.summaryAt(selected->get_minimum());
     m_selectedRow = note ? std::optional(note->row) : std::nullopt;
     m_session.state.selectedNoteID.set(note ? std::optional(note->id) : std::nullopt);
+    tellCount();
+}
+
+void NoteListView::tellCount() {
+    m_session.state.selectedCount.set(m_selection->get_selection()->get_size());
 }
 
 void NoteListView::stateSelectionChanged() {
@@ -204,6 +209,7 @@ void NoteListView::selectInList(std::size_t position) {
     m_isUpdating = true;
     selectRow(position);
     m_isUpdating = false;
+    tellCount();
 }
 
 // By the list rather than its model: a range that is extended later starts here.
@@ -232,6 +238,7 @@ void NoteListView::spliced(const ListSplice& change) {
     }
     growLater();
     m_isUpdating = false;
+    tellCount();
     if (isAnother) return;
     if (m_isRemoving) {
         if (hadSelection && !m_removedAt) m_removedAt = change.position;

@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kNotePage = "note";
 constexpr const char* kEmptyPage = "empty";
+constexpr const char* kSeveralPage = "several";
 
 }  // namespace
 
@@ -27,7 +28,8 @@ NotePane::NotePane(Session& session)
     , m_editor(session.preferences, session.themes)
     , m_tools(session, m_editor)
     , m_preview(session)
-    , m_status(session) {
+    , m_status(session)
+    , m_several(session) {
     add_css_class("corvel-note");
     build();
     buildTrashBar();
@@ -91,6 +93,13 @@ void NotePane::buildEmptyState() {
     m_empty.setChild(m_create);
     m_empty.widget().set_vexpand(true);
     m_stack.add(m_empty.widget(), kEmptyPage);
+    m_stack.add(m_several.widget(), kSeveralPage);
+}
+
+void NotePane::showPage() {
+    if (m_shownID) return m_stack.set_visible_child(kNotePage);
+    m_several.refresh();
+    m_stack.set_visible_child(m_session.state.hasSeveralSelected() ? kSeveralPage : kEmptyPage);
 }
 
 void NotePane::follow() {
@@ -115,6 +124,7 @@ void NotePane::follow() {
         m_isFilling = false;
     }));
     keep(m_session.state.editorMode.signalChanged().connect([this] { applyMode(); }));
+    keep(m_session.state.selectedCount.signalChanged().connect([this] { showPage(); }));
     keep(m_session.sidebar.signalChanged().connect([this] { m_status.refreshFolders(); }));
     keep(m_session.preferences.signalChanged().connect([this](const std::string& key) {
         if (key == "appLanguage") relabel();
@@ -142,7 +152,7 @@ void NotePane::noteOpened() {
     m_shownID = id;
     m_header.setHasNote(note.has_value());
     const bool hadFocus = m_editor.hasTextFocus();
-    m_stack.set_visible_child(note ? kNotePage : kEmptyPage);
+    showPage();
     if (!note) {
         m_editor.close();
         if (hadFocus) m_create.grab_focus();
@@ -228,6 +238,7 @@ void NotePane::relabel() {
     m_empty.set("accessories-text-editor-symbolic", say(texts::noNoteOpen),
                 say(texts::noNoteOpenDetail));
     m_create.set_label(say(texts::createNote));
+    m_several.refresh();
     m_status.refresh(statusNotice());
 }
 

@@ -6,6 +6,7 @@
 #include "ui/NoteHeader.h"
 #include "ui/PreviewView.h"
 #include "ui/ScrollFollower.h"
+#include "ui/SeveralNotesPage.h"
 #include "ui/StatusLine.h"
 
 #include <gtkmm/box.h>
@@ -42,6 +43,7 @@ private:
     void build();
     void buildTrashBar();
     void buildEmptyState();
+    void showPage();
     void follow();
     void followTitleKeys();
     void followScrolling();
@@ -70,6 +72,7 @@ private:
     StatusLine m_status;
     adw::StatusPage m_empty;
     Gtk::Button m_create;
+    SeveralNotesPage m_several;
 
     std::optional<Uuid> m_shownID;
     bool m_isFilling = false;  ///< the pane itself writes the title

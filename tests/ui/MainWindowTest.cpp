@@ -274,6 +274,56 @@ TEST(MainWindow, DisablesNoteCommandsWhileNoNoteIsSelected) {
     EXPECT_TRUE(actions->get_action_enabled("toggle-pin"));
 }
 
+TEST(MainWindow, CommandsActOnAllSelectedNotes) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    for (const char* text : {"# D", "# C", "# B", "# A"})
+        run.write(text);
+    auto* actions = dynamic_cast<Gio::ActionGroup*>(&run.window().window());
+    auto& state = run.session().state;
+    auto& view = run.window().list().view();
+    view.rows().get_model()->select_range(1, 2, true);
+    EXPECT_EQ(state.selectedCount.get(), 2U);
+    EXPECT_FALSE(state.selectedNoteID.get().has_value());
+    EXPECT_TRUE(actions->get_action_enabled("export"));
+    EXPECT_FALSE(actions->get_action_enabled("send-as-email")) << "one note only";
+
+    run.activate("win.toggle-pin");
+    EXPECT_EQ(run.titles(), (Titles{"B", "C", "A", "D"}));
+    EXPECT_EQ(view.selectedNotes().size(), 2U) << "still the same ones";
+    run.activate("win.move-to-trash");
+    EXPECT_EQ(run.titles(), (Titles{"A", "D"}));
+    EXPECT_EQ(state.selectedCount.get(), 1U);
+    ASSERT_TRUE(state.selectedNote.get().has_value()) << "the next note takes their place";
+
+    view.rows().get_model()->select_all();
+    EXPECT_TRUE(actions->get_action_enabled("move-to-trash"));
+    view.rows().get_model()->unselect_all();
+    EXPECT_FALSE(actions->get_action_enabled("move-to-trash"));
+}
+
+TEST(MainWindow, ExportsAnOpenNoteThatHasLeftTheListAndCanDoItAgain) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Tagged\n\n#tag");
+    auto& state = run.session().state;
+    const auto tagged = *state.selectedNoteID.get();
+    state.sidebarFilter.set(SidebarFilter::tag("tag"));
+    auto note = *run.session().library.notes.fetchNote(tagged);
+    note.content = "no more";
+    run.session().library.notes.update(note);
+    ASSERT_EQ(run.session().list.size(), 0U);
+    const auto& isPresented = state.isExportSheetPresented;
+    for (int again = 0; again < 2; ++again) {
+        run.activate("win.export");
+        EXPECT_TRUE(isPresented.get());
+        for (auto* window : Gtk::Window::list_toplevels()) {
+            if (window->get_transient_for() == &run.window().window()) window->close();
+        }
+        ASSERT_TRUE(run.becomes([&] { return !isPresented.get(); })) << "no sheet came";
+    }
+}
+
 TEST(MainWindow, AnImageIsPastedAsOneStepAndTextAsBefore) {
     const TemporaryFolder folder;
     Program run(folder);
