@@ -63,9 +63,17 @@ NoteRow::NoteRow() : Glib::ObjectBase("CorvelNoteRow") {
         tag.add_css_class("tag-chip");
         tag.set_parent(*this);
     }
+    signal_destroy().connect([this] { dropChildren(); });
 }
 
 NoteRow::~NoteRow() {
+    dropChildren();
+}
+
+// The toolkit wants a widget's children gone before it is: the list may let its row go long before
+// this object is destroyed.
+void NoteRow::dropChildren() {
+    if (m_pin.get_parent() == nullptr) return;
     m_pin.unparent();
     m_title.unparent();
     m_excerpt.unparent();

@@ -44,6 +44,7 @@ private:
         int last;
     };
 
+    void dropChildren();
     LineHeights heights() const;
     void placeTitle(int width, int height);
     void placeLast(int y, int width, int height);
