@@ -29,20 +29,20 @@ constexpr std::string_view kRules = R"css(
 .corvel-sidebar row:selected, .corvel-list row:selected {
     background-color: @accent_bg_color; color: @accent_fg_color;
 }
-.corvel-sidebar row:selected .dim-label, .corvel-list row:selected .dim-label,
-.corvel-sidebar row:selected .count, .corvel-list row:selected .note-excerpt,
-.corvel-list row:selected .note-date { opacity: 0.92; }
 .section-heading { font-size: 82%; font-weight: bold; letter-spacing: 1px; opacity: 0.75; }
 .count { font-size: 92%; opacity: 0.75; font-feature-settings: "tnum"; }
 .note-row { border-radius: 8px; }
 .note-title { font-weight: bold; }
 .note-excerpt { font-size: 92%; opacity: 0.8; }
 .note-date { font-size: 82%; opacity: 0.8; }
+row:selected .dim-label, row:selected .count, row:selected .note-excerpt, row:selected .note-date {
+    opacity: 1;
+}
 .tag-chip {
     font-size: 82%; padding: 0 8px; border-radius: 9px;
     background-color: alpha(@accent_bg_color, 0.14);
 }
-row:selected .tag-chip { background-color: alpha(@accent_fg_color, 0.24); }
+row:selected .tag-chip { background-color: alpha(black, 0.2); }
 .note-name, .note-name:focus-within {
     background: none; border: none; box-shadow: none; outline: none; border-radius: 0;
     padding: 0 32px 0 32px; min-height: 44px; font-size: 150%; font-weight: bold;
@@ -83,7 +83,6 @@ textview.note-editor text selection { background-color: @corvel_selection; color
 .palette listview { background: none; padding: 6px 0; }
 .palette listview > row { margin: 0 6px; padding: 7px 10px; min-height: 0; border-radius: 8px; }
 .palette listview > row:selected { background-color: @accent_bg_color; color: @accent_fg_color; }
-.palette listview > row:selected .dim-label { opacity: 0.92; }
 .palette-nothing { padding: 16px; }
 .save-failed { color: @error_color; font-weight: bold; opacity: 1; }
 )css";
