@@ -26,6 +26,14 @@ constexpr const char* kSidebarWidthKey = "sidebarWidth";
 constexpr const char* kListWidthKey = "listWidth";
 constexpr const char* kSidebarVisibleKey = "sidebarVisible";
 
+int smallestWidth(const Gtk::Widget& widget) {
+    int smallest = 0;
+    int natural = 0;
+    int ignored = 0;
+    widget.measure(Gtk::Orientation::HORIZONTAL, -1, smallest, natural, ignored, ignored);
+    return smallest;
+}
+
 void join(Gtk::Paned& paned, Gtk::Widget& start, Gtk::Widget& end) {
     paned.set_start_child(start);
     paned.set_end_child(end);
@@ -50,6 +58,7 @@ PaneLayout::PaneLayout(UserDefaults& defaults,
                                 kSidebarLargest))
     , m_listWidth(std::clamp(
           defaults.integer(kListWidthKey).value_or(kListUsual), kListSmallest, kListLargest))
+    , m_listAlone(kListAlone)
     , m_wantsSidebar(defaults.boolean(kSidebarVisibleKey).value_or(true)) {
     sidebar.set_size_request(kSidebarSmallest, -1);
     list.set_size_request(kListSmallest, -1);
@@ -95,11 +104,15 @@ void PaneLayout::setAvailableWidth(int width) {
 }
 
 int PaneLayout::noteWidth() const {
-    int smallest = 0;
-    int natural = 0;
-    int ignored = 0;
-    m_note.measure(Gtk::Orientation::HORIZONTAL, -1, smallest, natural, ignored, ignored);
-    return smallest;
+    return smallestWidth(m_note);
+}
+
+// What a hidden list would need is not known: what it needed last is.
+int PaneLayout::listAlone() {
+    if (m_list.get_visible() && !m_sidebar.get_visible()) {
+        m_listAlone = std::max(kListAlone, smallestWidth(m_list));
+    }
+    return m_listAlone;
 }
 
 // The note is never cut while sidebar and list can be narrower.
@@ -112,7 +125,8 @@ int PaneLayout::sidebarRoom(int wanted) const {
 int PaneLayout::listRoom(int wanted) const {
     if (m_available == 0) return wanted;
     const int sidebar = m_sidebar.get_visible() ? sidebarRoom(m_sidebarWidth) : 0;
-    const int smallest = m_sidebar.get_visible() ? kListSmallest : kListAlone;
+    const int smallest =
+        std::max(m_sidebar.get_visible() ? kListSmallest : kListAlone, smallestWidth(m_list));
     return std::max(smallest, std::min(wanted, m_available - sidebar - noteWidth() - kHandles));
 }
 
@@ -149,7 +163,7 @@ void PaneLayout::arrange() {
     const bool fitsAll =
         m_available == 0 ||
         (m_available >= kThreePanes && m_available >= kSidebarSmallest + kListSmallest + note);
-    const bool fitsTwo = m_available == 0 || m_available >= kListAlone + note + kHandles;
+    const bool fitsTwo = m_available == 0 || m_available >= listAlone() + note + kHandles;
     if (fitsAll) m_isSidebarOver = false;
     if (fitsTwo) m_isListOver = false;
     const bool showsSidebar = m_isSidebarOver || (fitsAll && m_wantsSidebar);
@@ -160,7 +174,10 @@ void PaneLayout::arrange() {
     m_outer.set_position(sidebarRoom(m_sidebarWidth));
     m_inner.set_position(listRoom(m_listWidth));
     m_isArranging = false;
-    if (isNew) m_changed.emit();
+    if (!isNew) return;
+    m_changed.emit();
+    // The header bars have other buttons now.
+    m_inner.set_position(listRoom(m_listWidth));
 }
 
 }  // namespace corvel

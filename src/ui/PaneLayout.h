@@ -34,6 +34,7 @@ public:
 private:
     void arrange();
     int noteWidth() const;
+    int listAlone();
     int sidebarRoom(int wanted) const;
     int listRoom(int wanted) const;
     void limit(Gtk::Paned& paned, int& width, int smallest, int largest);
@@ -47,6 +48,7 @@ private:
     int m_available = 0;
     int m_sidebarWidth;
     int m_listWidth;
+    int m_listAlone;  ///< least width of the list when the sidebar is hidden
     bool m_wantsSidebar;
     bool m_isSidebarOver = false;
     bool m_isListOver = false;

@@ -56,6 +56,7 @@ row:selected .tag-chip { background-color: alpha(black, 0.2); }
 .mode-switch > button:checked {
     font-weight: bold; background-color: @corvel_raised; box-shadow: 0 1px 2px alpha(black, 0.2);
 }
+.narrow .corvel-list headerbar button { min-width: 24px; padding-left: 2px; padding-right: 2px; }
 .note-body { border-top: 1px solid @borders; }
 paned.note-body > separator { background-color: @borders; background-image: none; box-shadow: none; min-width: 1px; }
 textview.note-editor, textview.note-editor text {
