@@ -25,11 +25,12 @@ void MarkFilter::filterStream(QPDFObjectHandle stream,
                               int depth) {
     if (!stream.isStream() || depth > kDeepest) return;
     ContentReader reader(m_colors, m_markCount, matrix);
-    Pl_Buffer output("content");
-    stream.filterAsContents(&reader, &output);
-    output.finish();
+    const auto data = stream.getStreamData(qpdf_dl_generalized);
+    const std::string_view content(reinterpret_cast<const char*>(data->getBuffer()),
+                                   data->getSize());
+    const std::string filtered = reader.filter(content);
     if (!reader.shapes().empty()) {
-        stream.replaceStreamData(output.getBufferSharedPointer(), QPDFObjectHandle::newNull(),
+        stream.replaceStreamData(filtered, QPDFObjectHandle::newNull(),
                                  QPDFObjectHandle::newNull());
     }
     for (const auto& shape : reader.shapes()) {
