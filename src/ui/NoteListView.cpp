@@ -181,8 +181,22 @@ void NoteListView::selectionChanged() {
     std::optional<NoteSummary> note;
     if (selected->get_size() == 1) note = m_session.list.summaryAt(selected->get_minimum());
     m_selectedRow = note ? std::optional(note->row) : std::nullopt;
+    const auto left =
+        selected->get_size() > 1 ? m_session.state.selectedNoteID.get() : std::nullopt;
+    const auto place = left ? m_session.list.positionOf(*left) : std::nullopt;
+    const bool isKept = place && selected->contains(static_cast<guint>(*place));
     m_session.state.selectedNoteID.set(note ? std::optional(note->id) : std::nullopt);
+    if (isKept) addToSelection(*left);
     tellCount();
+}
+
+// A note that is left is saved, which makes its row anew.
+void NoteListView::addToSelection(const Uuid& id) {
+    const auto position = m_session.list.positionOf(id);
+    if (!position) return;
+    m_isUpdating = true;
+    m_selection->select_item(static_cast<guint>(*position), false);
+    m_isUpdating = false;
 }
 
 void NoteListView::tellCount() {

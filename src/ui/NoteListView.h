@@ -60,6 +60,7 @@ private:
     NoteRow* rowAt(guint position) const;
 
     void selectionChanged();
+    void addToSelection(const Uuid& id);
     void tellCount();
     void stateSelectionChanged();
     void spliced(const ListSplice& change);

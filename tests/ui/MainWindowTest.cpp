@@ -296,7 +296,10 @@ TEST(MainWindow, CommandsActOnAllSelectedNotes) {
     EXPECT_EQ(state.selectedCount.get(), 1U);
     ASSERT_TRUE(state.selectedNote.get().has_value()) << "the next note takes their place";
 
+    run.type(" edited");
     view.rows().get_model()->select_all();
+    EXPECT_EQ(view.selectedNotes().size(), 2U) << "also the note that is saved by that";
+    EXPECT_EQ(state.selectedCount.get(), 2U);
     EXPECT_TRUE(actions->get_action_enabled("move-to-trash"));
     view.rows().get_model()->unselect_all();
     EXPECT_FALSE(actions->get_action_enabled("move-to-trash"));
