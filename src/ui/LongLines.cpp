@@ -30,7 +30,7 @@ bool hasSeparator(GtkTextBuffer* buffer) {
 
 void inserting(GtkTextBuffer* buffer, GtkTextIter* at, const char* text, int length, gpointer) {
     const std::string_view inserted(text, static_cast<std::size_t>(length));
-    if (inserted.size() <= editing::kLongestLine) return;
+    if (inserted.size() <= editing::kLongestWord) return;
     const auto pieces = editing::withSoftBreaks(inserted);
     if (!pieces || (!areInPieces(buffer) && hasSeparator(buffer))) return;
     setInPieces(buffer, true);

@@ -36,6 +36,14 @@ TEST(SoftBreaks, ShowLongLinesInPiecesAndGiveTheTextBack) {
     EXPECT_EQ(withoutSoftBreaks(*withSoftBreaks(endless)), endless);
 }
 
+TEST(SoftBreaks, MakeShorterPiecesOfLongWords) {
+    const std::string image = "text ![](data:image/png;base64," + repeated("a", 5000) + ") text";
+    const auto shown = withSoftBreaks(image);
+    ASSERT_TRUE(shown);
+    EXPECT_LE(longestPiece(*shown), 2000);
+    EXPECT_EQ(withoutSoftBreaks(*shown), image);
+}
+
 TEST(SoftBreaks, FallBehindSpacesAndBetweenCharacters) {
     const auto words = *withSoftBreaks(repeated("word ", 20'000));
     EXPECT_EQ(words.find("word" + std::string(kSoftBreak)), std::string::npos);
@@ -51,6 +59,8 @@ TEST(SoftBreaks, LeaveLinesThatAreShortAndSeparatorsOfTheTextItself) {
     EXPECT_FALSE(withSoftBreaks(""));
     EXPECT_FALSE(withSoftBreaks(repeated("a line of a long note\n", 20'000)));
     EXPECT_FALSE(withSoftBreaks(repeated("word ", 20'000) + std::string(kSoftBreak)));
+    EXPECT_FALSE(withSoftBreaks(repeated("word ", 1900) + "\n"));
+    EXPECT_FALSE(withSoftBreaks("see " + repeated("x", 1900) + " there"));
     EXPECT_EQ(withoutSoftBreaks("plain"), "plain");
 }
 
