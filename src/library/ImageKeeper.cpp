@@ -1,8 +1,8 @@
 #include "library/ImageKeeper.h"
 
-#include "platform/ImageType.h"
 #include "library/ImportedFile.h"
 #include "model/PersistenceController.h"
+#include "platform/ImageType.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 

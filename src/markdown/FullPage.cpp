@@ -46,7 +46,11 @@ std::string fullPage(std::string_view title, std::string_view css, std::string_v
     page.reserve(kHead.size() + kLayout.size() + kClosing.size() + 2 * title.size() + css.size() +
                  body.size() + 64);
     appendEscaped(page, title);
-    page.append("</title>\n    <style>").append(styleText(css)).append(kLayout).append(body).append(kClosing);
+    page.append("</title>\n    <style>")
+        .append(styleText(css))
+        .append(kLayout)
+        .append(body)
+        .append(kClosing);
     return page;
 }
 

@@ -105,8 +105,7 @@ void ImageFetch::received(GAsyncResult* result) {
     }
     const auto type = imageTypeOf(m_bytes);
     if (type.empty()) return fail();
-    finish(
-        std::make_shared<const RemoteImage>(RemoteImage{std::string(type), std::move(m_bytes)}));
+    finish(std::make_shared<const RemoteImage>(RemoteImage{std::string(type), std::move(m_bytes)}));
 }
 
 void ImageFetch::finish(const RemoteImages::Image& image) {

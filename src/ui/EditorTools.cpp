@@ -8,8 +8,9 @@ EditorTools::EditorTools(Session& session, EditorPane& editor)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_session(session)
     , m_editing(editor.textView(), session.preferences)
-    , m_spelling(
-          editor.textView(), session.preferences, [this](int line) { return m_editing.stateAt(line); })
+    , m_spelling(editor.textView(),
+                 session.preferences,
+                 [this](int line) { return m_editing.stateAt(line); })
     , m_find(editor.textView(), m_bar, session.texts)
     , m_menu(*this, editor.textView(), m_spelling, session.texts) {
     append(editor);

@@ -1,7 +1,7 @@
 #include "ui/ImageSource.h"
 
-#include "platform/ImageType.h"
 #include "platform/Handle.h"
+#include "platform/ImageType.h"
 #include "ui/StreamReader.h"
 
 #include <memory>

@@ -25,9 +25,9 @@ struct MarkColors {
     static MarkColors unusedIn(std::string_view page);
 };
 
-/// The body of the function that makes the loaded page ready for paper, once its images are there or
-/// a time limit has passed: headings are kept with what follows, marks are coloured. It returns the
-/// marks in the order of their numbers.
+/// The body of the function that makes the loaded page ready for paper, once its images are there
+/// or a time limit has passed: headings are kept with what follows, marks are coloured. It returns
+/// the marks in the order of their numbers.
 std::string markScript(const MarkColors& colors);
 
 /// What the function returned. Anything but a list of marks gives none.
