@@ -1,9 +1,7 @@
 #pragma once
 
 #include "export/pdf/PageMarks.h"
-
-#include <qpdf/QPDFMatrix.hh>
-#include <qpdf/QPDFObjectHandle.hh>
+#include "export/pdf/Qpdf.h"
 
 #include <optional>
 #include <string>
