@@ -13,7 +13,6 @@
 namespace corvel {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
