@@ -13,6 +13,8 @@ struct KeychainError {
     std::string description() const {
         return "Failed to save to Keychain (status: " + std::to_string(status) + ")";
     }
+    /// It is locked and was not opened.
+    bool isLocked() const { return SecretStore::isLocked(status); }
     /// No password store runs on this computer.
     bool isServiceMissing() const { return SecretStore::isServiceMissing(status); }
 };

@@ -15,7 +15,14 @@ void KeychainService::readKey(AIProviderType type,
 }
 
 void KeychainService::hasKey(AIProviderType type, std::function<void(bool)> done) {
-    m_store.contains(itemOf(type), std::move(done));
+    findKey(type, [done = std::move(done)](KeyState state) { done(state == KeyState::stored); });
+}
+
+void KeychainService::findKey(AIProviderType type, std::function<void(KeyState)> done) {
+    m_store.contains(itemOf(type), [done = std::move(done)](bool isThere, auto status) {
+        if (isThere) return done(KeyState::stored);
+        done(SecretStore::isServiceMissing(status) ? KeyState::noStore : KeyState::notStored);
+    });
 }
 
 void KeychainService::saveKey(const std::string& key,

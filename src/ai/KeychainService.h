@@ -12,6 +12,8 @@
 
 namespace corvel {
 
+enum class KeyState { stored, notStored, noStore };
+
 /// Keeps one API key for each service in the desktop's password store. Each `done` is called once,
 /// on the main loop, never before the function returns; not at all once the store is destroyed.
 class KeychainService {
@@ -25,6 +27,8 @@ public:
     void readKey(AIProviderType type, std::function<void(std::optional<std::string> key)> done);
     /// Whether a key is stored. Does not unlock the store.
     void hasKey(AIProviderType type, std::function<void(bool isThere)> done);
+    /// The same, and whether there is a password store at all.
+    void findKey(AIProviderType type, std::function<void(KeyState state)> done);
     /// Removes the key that is there, then adds `key` as it stands. `done` gets why it failed.
     void saveKey(const std::string& key,
                  AIProviderType type,

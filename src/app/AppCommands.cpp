@@ -19,7 +19,7 @@ constexpr bool kLater = false;  // what this version cannot do yet
 constexpr std::array kCommands{
     Command{
         ID::newNote, Group::file, "new-note", {"Nowa notatka", "New Note"}, "<Control>n", kReady},
-    Command{ID::open, Group::file, "open", {"Otwórz...", "Open..."}, "<Control><Shift>o", kLater},
+    Command{ID::open, Group::file, "open", {"Otwórz...", "Open..."}, "<Control><Shift>o", kReady},
     Command{ID::importMarkdown,
             Group::file,
             "import-markdown",
@@ -32,11 +32,23 @@ constexpr std::array kCommands{
             {"Importuj folder...", "Import Folder..."},
             "<Control><Alt>o",
             kReady},
+    Command{ID::saveAsLocalFile,
+            Group::file,
+            "save-as-local-file",
+            {"Zapisz jako plik lokalny...", "Save as Local File..."},
+            "<Control><Shift>s",
+            kReady},
     Command{ID::exportNote,
             Group::file,
             "export",
             {"Eksportuj...", "Export..."},
             "<Control>e <Control><Shift>e",
+            kReady},
+    Command{ID::exportLibrary,
+            Group::file,
+            "export-library",
+            {"Eksportuj bibliotekę…", "Export Library…"},
+            "",
             kReady},
     Command{ID::sendAsEmail,
             Group::file,
@@ -139,7 +151,7 @@ constexpr std::array kCommands{
             "assistant",
             {"Asystent AI", "AI Assistant"},
             "<Control>j",
-            kLater},
+            kReady},
     Command{ID::toggleSidebar,
             Group::view,
             "toggle-sidebar",
@@ -164,6 +176,18 @@ constexpr std::array kCommands{
             "toggle-archive",
             {"Archiwizuj lub przywróć", "Archive or Unarchive"},
             "<Control><Shift>a",
+            kReady},
+    Command{ID::showInFolder,
+            Group::note,
+            "show-in-folder",
+            {"Pokaż plik w folderze", "Show File in Folder"},
+            "",
+            kReady},
+    Command{ID::stopTracking,
+            Group::note,
+            "stop-tracking",
+            {"Przestań śledzić plik", "Stop Tracking"},
+            "",
             kReady},
     Command{ID::moveToTrash,
             Group::note,
@@ -202,6 +226,12 @@ constexpr std::array kCommands{
             {"Zgłoś problem…", "Report a Problem…"},
             "",
             kReady},
+    Command{ID::checkForUpdates,
+            Group::help,
+            "check-for-updates",
+            {"Sprawdź aktualizacje...", "Check for Updates..."},
+            "",
+            kReady},
     Command{ID::about, Group::help, "about", {"O programie", "About qno Corvel"}, "", kReady},
     Command{ID::quit, Group::application, "quit", {"Zakończ", "Quit"}, "<Control>q", kReady},
 };
@@ -218,6 +248,11 @@ bool isNoteCommand(CommandID id) {
     return id == ID::togglePin || id == ID::toggleArchive || id == ID::moveToTrash ||
            id == ID::insertImage || id == ID::sendAsEmail || id == ID::exportNote ||
            id == ID::readerMode;
+}
+
+// Need a note that mirrors a file.
+bool isLinkCommand(CommandID id) {
+    return id == ID::showInFolder || id == ID::stopTracking;
 }
 
 // Can be done with several notes at once.
@@ -283,6 +318,8 @@ bool AppCommands::isEnabled(CommandID id) const {
     if (isListCommand(id) && m_state.hasSeveralSelected()) return true;
     if (isNoteCommand(id)) return m_state.selectedNoteID.get().has_value();
     const auto& note = m_state.selectedNote.get();
+    if (isLinkCommand(id)) return note && note->sourceFilePath;
+    if (id == ID::saveAsLocalFile) return note && !note->isTrashed;
     if (isFindCommand(id)) return note.has_value();
     if (!isTextCommand(id)) return true;
     // Finding shows the editor; what changes the text needs it in sight.
@@ -320,6 +357,8 @@ void AppCommands::activate(CommandID id) {
         case ID::findInAllNotes:
             m_state.isSearchActive.set(true);
             break;  // the window gives the search field the focus, also when it searches already
+        case ID::assistant:
+            return m_state.isAIAssistantVisible.set(!m_state.isAIAssistantVisible.get());
         case ID::toggleSplitView:
             return toggleMode(EditorMode::split);
         case ID::togglePreview:

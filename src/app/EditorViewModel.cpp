@@ -191,7 +191,9 @@ bool EditorViewModel::save() {
     m_saveTimer.disconnect();
     if (!m_note || !isEdited()) return true;
     const std::string text = m_contentEdited ? currentText() : m_note->content;
-    const bool isChanged = m_titleEdited || text != m_note->content;
+    // After a refused save even an equal text is not in the store: it waits in an open transaction.
+    const bool isChanged =
+        m_titleEdited || m_saveState.kind == SaveState::Kind::failed || text != m_note->content;
     if (!isChanged) {
         markSaved(m_saveState.savedAt);
         return true;
@@ -211,7 +213,7 @@ bool EditorViewModel::write(Note note) {
         m_isSaving = false;
         logLine(std::string("Error saving note: ") + error.what());
         keepDraft();
-        m_saveState = {SaveState::Kind::failed, m_saveState.savedAt, error.what()};
+        m_saveState = {SaveState::Kind::failed, m_saveState.savedAt, error.what(), error.fault()};
         m_saveStateChanged.emit();
         scheduleSave();
         return false;
@@ -220,6 +222,7 @@ bool EditorViewModel::write(Note note) {
     note.wordCount = m_wordCount;
     m_note = std::move(note);
     markSaved(m_note->modifiedAt);
+    m_saved.emit();
     return true;
 }
 
@@ -228,8 +231,15 @@ void EditorViewModel::markSaved(std::optional<Date> savedAt) {
     m_draft.discard();
     m_contentEdited = false;
     m_titleEdited = false;
-    m_saveState = {SaveState::Kind::saved, savedAt, {}};
+    m_saveState = {SaveState::Kind::saved, savedAt, {}, {}};
     m_saveStateChanged.emit();
+}
+
+void EditorViewModel::setLink(const std::string& path,
+                              const std::vector<std::uint8_t>& bookmarkData) {
+    if (!m_note) return;
+    m_note->sourceFilePath = path;
+    m_note->bookmarkData = bookmarkData;
 }
 
 void EditorViewModel::refreshFolders() {
@@ -267,6 +277,8 @@ void EditorViewModel::takeOverState(const Note& stored) {
     m_note->isTrashed = stored.isTrashed;
     m_note->trashedAt = stored.trashedAt;
     m_note->folderIDs = stored.folderIDs;
+    m_note->sourceFilePath = stored.sourceFilePath;
+    m_note->bookmarkData = stored.bookmarkData;
     m_stateChanged.emit();
 }
 

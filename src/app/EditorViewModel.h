@@ -6,6 +6,7 @@
 #include "library/NoteRepository.h"
 #include "model/Note.h"
 #include "platform/ScopedConnection.h"
+#include "platform/StoreError.h"
 
 #include <sigc++/signal.h>
 
@@ -21,6 +22,7 @@ struct SaveState {
     Kind kind = Kind::saved;
     std::optional<Date> savedAt;  ///< absent until a save of this session
     std::string reason;           ///< for `failed`: the store's own words
+    StoreFault fault = StoreFault::failed;
     bool operator==(const SaveState&) const = default;
 };
 
@@ -58,6 +60,10 @@ public:
     /// The title to show: the user's own, or the one that follows the text.
     std::string title() const;
 
+    /// The file of the open note has another bookmark, or is elsewhere. The store knows it or will
+    /// be told by the caller.
+    void setLink(const std::string& path, const std::vector<std::uint8_t>& bookmarkData);
+
     /// Reads the folders of the open note anew, after links of notes to folders changed.
     void refreshFolders();
 
@@ -65,6 +71,8 @@ public:
     /// view and the next save tries again.
     bool save();
     const SaveState& saveState() const { return m_saveState; }
+    /// True when what is not saved could not even be kept for the next start.
+    bool isAtRisk() const { return isEdited() && m_draft.isBehind(); }
     bool isEdited() const { return m_contentEdited || m_titleEdited; }
     /// Words of the text as of the last pause.
     std::int32_t wordCount() const { return m_wordCount; }
@@ -82,6 +90,8 @@ public:
     /// Pin, archive, trash or folders of the open note changed; its text did not.
     sigc::signal<void()>& signalStateChanged() { return m_stateChanged; }
     sigc::signal<void()>& signalSaveStateChanged() { return m_saveStateChanged; }
+    /// The store has taken the edits of the open note.
+    sigc::signal<void()>& signalSaved() { return m_saved; }
     /// The open note got another text in the store while it was edited. The edited text stays and
     /// will be saved; whoever listens keeps the other one, which is carried.
     sigc::signal<void(const Note& theirs)>& signalConflict() { return m_conflict; }
@@ -123,6 +133,7 @@ private:
     sigc::signal<void(const std::string&)> m_render;
     sigc::signal<void()> m_stateChanged;
     sigc::signal<void()> m_saveStateChanged;
+    sigc::signal<void()> m_saved;
     sigc::signal<void(const Note&)> m_conflict;
     sigc::signal<void()> m_derivedChanged;
 };

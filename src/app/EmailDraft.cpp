@@ -2,6 +2,7 @@
 
 #include "markdown/EmailMessage.h"
 #include "markdown/MarkdownPlainTextRenderer.h"
+#include "platform/FileBytes.h"
 #include "platform/FileDescriptor.h"
 #include "platform/Log.h"
 
@@ -38,16 +39,6 @@ std::string messageOf(const std::string& content,
         rendered.isPlainText ? content : Renderer(Renderer::Links::withAddress).render(content);
     const std::string page = MarkdownParserService::emailPage(subject, body, style);
     return emailMessage({subject, text, page, Date::now()});
-}
-
-bool writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
 }
 
 }  // namespace

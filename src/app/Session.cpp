@@ -4,12 +4,16 @@
 #include "model/PersistenceController.h"
 #include "platform/Log.h"
 
+#include <glibmm/main.h>
+
+#include <chrono>
 #include <utility>
 
 namespace corvel {
 
 namespace {
 
+constexpr std::chrono::milliseconds kScanSlice{4};
 constexpr const char* kLastNote = "lastNote";
 constexpr const char* kLastFilter = "lastFilter";
 constexpr const char* kSortOption = "sortOption";
@@ -35,15 +39,19 @@ Session::Session(PersistenceController& controller,
     : preferences(defaults)
     , texts(preferences)
     , themes(themesOfRun)
+    , ai(preferences)
+    , syncEngine(controller)
     , library(controller)
     , list(library, notifications)
     , sidebar(library, texts, notifications)
     , editor(library.notes, preferences, controller.draftFolder())
+    , linkedFile(editor, list, library.notes, notifications, texts)
     , commands(state, notifications, preferences, std::move(openWindow))
     , recentNotes(defaults)
     , palette(library, texts, state, commands, recentNotes)
     , parser([this](const Uuid& id) { return attachmentData(library.attachments, id); })
-    , importer(library) {
+    , importer(library)
+    , backups(controller, [this] { return editor.save(); }) {
     bindList();
     bindEditor();
 }
@@ -52,6 +60,7 @@ void Session::bindList() {
     m_connections.emplace_back(state.sidebarFilter.signalChanged().connect([this] {
         state.isSearchActive.set(false);
         list.setFilter(state.sidebarFilter.get());
+        scanLinkedFiles();
     }));
     m_connections.emplace_back(state.sortOption.signalChanged().connect(
         [this] { list.setSortOption(state.sortOption.get()); }));
@@ -80,6 +89,24 @@ void Session::bindEditor() {
     }));
     m_connections.emplace_back(notifications.observe(
         "folderDidChange", [this](const std::any&) { editor.refreshFolders(); }));
+}
+
+// Each linked file is looked at when its note is opened; all of them when their list is shown, when
+// there is nothing else to do.
+void Session::scanLinkedFiles() {
+    m_scanning.disconnect();
+    if (state.sidebarFilter.get().kind != SidebarFilter::Kind::localFiles) return;
+    m_scan = std::make_unique<LinkedFileScan>(library.notes);
+    m_scanning = Glib::signal_idle().connect(
+        [this] {
+            try {
+                return m_scan->work(kScanSlice, state.selectedNoteID.get());
+            } catch (const StoreError& error) {
+                logLine(std::string("Error loading notes: ") + error.what());
+                return false;
+            }
+        },
+        Glib::PRIORITY_LOW);
 }
 
 void Session::updateSearch() {
@@ -155,7 +182,20 @@ void Session::forgetMissingFolder() {
 
 bool Session::finish() {
     rememberState();
-    return editor.save();
+    const bool isSaved = editor.save() && saveRest();
+    linkedFile.flush();
+    return isSaved;
+}
+
+// Changes other than of the text that the store refused earlier, such as a pin.
+bool Session::saveRest() {
+    auto& context = library.controller.viewContext();
+    try {
+        context.save();
+    } catch (const StoreError& error) {
+        logLine(std::string("Core Data save error: ") + error.what());
+    }
+    return !context.hasChanges();
 }
 
 void Session::rememberState() {

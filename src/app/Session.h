@@ -1,13 +1,18 @@
 #pragma once
 
+#include "ai/AIServices.h"
 #include "app/AppCommands.h"
 #include "app/AppState.h"
+#include "app/BackupKeeper.h"
+#include "app/CloudKitSyncEngine.h"
 #include "app/DraftRecovery.h"
 #include "app/EditorViewModel.h"
+#include "app/LinkedFileSession.h"
 #include "app/PaletteViewModel.h"
 #include "app/settings/Localisation.h"
 #include "app/settings/Preferences.h"
 #include "library/Library.h"
+#include "library/LinkedFileScan.h"
 #include "library/MarkdownImporter.h"
 #include "library/NoteListViewModel.h"
 #include "library/SidebarViewModel.h"
@@ -16,6 +21,7 @@
 #include "platform/UserDefaults.h"
 #include "themes/ThemeManager.h"
 
+#include <memory>
 #include <vector>
 
 namespace corvel {
@@ -33,23 +39,27 @@ public:
     Preferences preferences;
     Localisation texts;
     ThemeManager& themes;
+    AIServices ai;
+    CloudKitSyncEngine syncEngine;
     NotificationCenter notifications;
     AppState state;
     Library library;
     NoteListViewModel list;
     SidebarViewModel sidebar;
     EditorViewModel editor;
+    LinkedFileSession linkedFile;
     AppCommands commands;
     RecentNotes recentNotes;
     PaletteViewModel palette;
     MarkdownParserService parser;
     MarkdownImporter importer;
+    BackupKeeper backups;
 
     /// Filter, order, mode and note of the last run, or the first note; with the first load of list
     /// and sidebar. What a crash left unsaved is in the store before.
     void start();
-    /// Saves the open note and remembers what `start` brings back. False when the store refused the
-    /// save: the caller then asks before anything is closed.
+    /// Saves the open note and whatever else is unsaved, and remembers what `start` brings back.
+    /// False when the store refused: the caller then asks before anything is closed.
     bool finish();
 
     /// Notes that got unsaved words of a crashed run back; emitted at most once, by `start`.
@@ -69,9 +79,13 @@ private:
     void keepOtherVersion(const Note& theirs);
     void forgetMissingFolder();
     void rememberState();
+    bool saveRest();
+    void scanLinkedFiles();
 
     sigc::signal<void(const std::vector<RecoveredNote>&)> m_recovered;
     sigc::signal<void(const Note&)> m_otherVersionKept;
+    std::unique_ptr<LinkedFileScan> m_scan;
+    ScopedConnection m_scanning;
     std::vector<ScopedConnection> m_connections;
 };
 

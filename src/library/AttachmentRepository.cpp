@@ -11,6 +11,13 @@ namespace {
 constexpr std::string_view kColumns =
     "SELECT attachment.id, filename, mimeType, data, isInFile, thumbnailData FROM attachment ";
 
+constexpr std::string_view kInfoColumns =
+    "SELECT attachment.id, filename, mimeType, isInFile FROM attachment ";
+
+AttachmentInfo infoFrom(const Query& query) {
+    return {query.uuid(0), query.string(1), query.string(2), query.boolean(3)};
+}
+
 Attachment attachmentFrom(const Query& query, const AttachmentFiles& files) {
     Attachment attachment{query.uuid(0), query.string(1), query.string(2), {}, {}};
     if (query.boolean(4)) {
@@ -64,6 +71,27 @@ std::vector<Attachment> AttachmentRepository::fetchAttachments(const Uuid& noteI
         attachments.push_back(attachmentFrom(query, m_controller.attachmentFiles()));
     }
     return attachments;
+}
+
+std::vector<AttachmentInfo> AttachmentRepository::fetchInfos(const Uuid& noteID) const {
+    static const std::string kSql =
+        std::string(kInfoColumns) +
+        "JOIN note ON note.pk=notePk WHERE note.id=? ORDER BY attachment.pk";
+    std::vector<AttachmentInfo> infos;
+    auto query = m_controller.viewContext().database().query(kSql);
+    query.bind(noteID);
+    while (query.next()) {
+        infos.push_back(infoFrom(query));
+    }
+    return infos;
+}
+
+std::optional<AttachmentInfo> AttachmentRepository::fetchInfo(const Uuid& id) const {
+    static const std::string kSql = std::string(kInfoColumns) + "WHERE attachment.id=?";
+    auto query = m_controller.viewContext().database().query(kSql);
+    query.bind(id);
+    if (!query.next()) return std::nullopt;
+    return infoFrom(query);
 }
 
 void AttachmentRepository::create(const Attachment& attachment, const Uuid& noteID) {

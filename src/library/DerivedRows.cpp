@@ -1,10 +1,12 @@
 #include "library/DerivedRows.h"
 
 #include "library/NoteText.h"
+#include "library/RowKeys.h"
 #include "library/TagRows.h"
 #include "platform/Text.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvel::derivedRows {
@@ -14,12 +16,8 @@ namespace {
 constexpr const char* kVersionName = "derivedVersion";
 
 std::vector<RowId> allNotes(Database& database) {
-    std::vector<RowId> rows;
     auto query = database.query("SELECT pk FROM note");
-    while (query.next()) {
-        rows.push_back(query.integer(0));
-    }
-    return rows;
+    return keysOf(query);
 }
 
 std::string contentOf(Database& database, RowId row) {
@@ -28,23 +26,38 @@ std::string contentOf(Database& database, RowId row) {
     return query.next() ? query.string(0) : std::string();
 }
 
-void deriveFromText(Database& database, RowId row, WordCounts wordCounts) {
+// Set-based: copies follow from the rows alone.
+constexpr std::string_view kForgetText = "UPDATE noteTag SET isInText=0 WHERE notePk=?";
+constexpr std::string_view kForgetTextTags = "DELETE FROM noteTag WHERE notePk=? AND isAttached=0";
+constexpr std::string_view kFolderCount =
+    "UPDATE note SET folderCount=(SELECT count(*) FROM noteFolder WHERE notePk=note.pk)"
+    " WHERE pk=?";
+constexpr std::string_view kTagCopies =
+    "UPDATE noteTag SET (isListed, isPinned, modifiedAt)="
+    " (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note"
+    " WHERE pk=notePk) WHERE notePk=?";
+constexpr std::string_view kFolderCopies =
+    "UPDATE noteFolder SET (isListed, isPinned, modifiedAt)="
+    " (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note"
+    " WHERE pk=notePk) WHERE notePk=?";
+
+void deriveNote(Database& database, RowId row, WordCounts wordCounts) {
+    database.query(kForgetTextTags).bind(row).run();
+    database.query(kForgetText).bind(row).run();
     const auto content = contentOf(database, row);
     tagRows::markInText(database, row, tagPathsIn(content));
     database.query("UPDATE note SET excerpt=? WHERE pk=?").bind(excerptOf(content), row).run();
-    if (wordCounts == WordCounts::keep) return;
-    database.query("UPDATE note SET wordCount=? WHERE pk=?")
-        .bind(text::wordCount(content), row)
-        .run();
+    if (wordCounts == WordCounts::recount) {
+        database.query("UPDATE note SET wordCount=? WHERE pk=?")
+            .bind(text::wordCount(content), row)
+            .run();
+    }
+    for (const auto sql : {kFolderCount, kTagCopies, kFolderCopies}) {
+        database.query(sql).bind(row).run();
+    }
 }
 
-// Set-based: the counts and copies follow from the rows alone.
-constexpr const char* kCountsAndCopies = R"sql(
-UPDATE note SET folderCount=(SELECT count(*) FROM noteFolder WHERE notePk=note.pk);
-UPDATE noteTag SET (isListed, isPinned, modifiedAt)=
-    (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note WHERE pk=notePk);
-UPDATE noteFolder SET (isListed, isPinned, modifiedAt)=
-    (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note WHERE pk=notePk);
+constexpr const char* kCounts = R"sql(
 UPDATE folder SET noteCount=
     (SELECT count(*) FROM noteFolder WHERE folderPk=folder.pk AND isListed=1);
 UPDATE tag SET listedCount=
@@ -67,20 +80,51 @@ int storedVersion(Database& database) {
 
 }  // namespace
 
+bool isRebuildDue(ViewContext& context) {
+    return storedVersion(context.database()) != kVersion;
+}
+
+Rebuild::Rebuild(ViewContext& context, WordCounts wordCounts)
+    : m_database(context.database()), m_wordCounts(wordCounts) {
+    m_database.execute("BEGIN IMMEDIATE");
+    m_notes = allNotes(m_database);
+}
+
+Rebuild::~Rebuild() {
+    if (!m_isOpen || !m_database.inTransaction()) return;
+    try {
+        m_database.execute("ROLLBACK");
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch): closing rolls back as well
+    }
+}
+
+bool Rebuild::step(std::chrono::milliseconds budget) {
+    if (!m_isOpen) return false;
+    const auto deadline = std::chrono::steady_clock::now() + budget;
+    while (m_done < m_notes.size()) {
+        deriveNote(m_database, m_notes[m_done], m_wordCounts);
+        ++m_done;
+        if (std::chrono::steady_clock::now() >= deadline) return true;
+    }
+    finish();
+    return false;
+}
+
+void Rebuild::finish() {
+    m_database.execute(kCounts);
+    m_database.query("INSERT INTO counter VALUES(?,?)").bind(kVersionName, kVersion).run();
+    m_database.execute("COMMIT");
+    m_isOpen = false;
+}
+
 void rebuild(ViewContext& context, WordCounts wordCounts) {
-    context.apply([wordCounts](Database& database) {
-        database.execute("UPDATE noteTag SET isInText=0; DELETE FROM noteTag WHERE isAttached=0;");
-        for (const RowId row : allNotes(database)) {
-            deriveFromText(database, row, wordCounts);
-        }
-        database.execute(kCountsAndCopies);
-        database.query("INSERT INTO counter VALUES(?,?)").bind(kVersionName, kVersion).run();
-    });
-    context.save();
+    Rebuild work(context, wordCounts);
+    while (work.step(std::chrono::hours(1))) {
+    }
 }
 
 void bringUpToDate(ViewContext& context, WordCounts wordCounts) {
-    if (storedVersion(context.database()) != kVersion) rebuild(context, wordCounts);
+    if (isRebuildDue(context)) rebuild(context, wordCounts);
 }
 
 }  // namespace corvel::derivedRows

@@ -2,6 +2,7 @@
 
 #include "library/DraftFile.h"
 #include "library/DraftRecord.h"
+#include "platform/FileBytes.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -20,16 +21,6 @@ std::size_t lengthOf(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
     }));
-}
-
-bool writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
 }
 
 }  // namespace

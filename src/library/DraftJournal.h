@@ -30,6 +30,8 @@ public:
     /// Writes what was added since the last flush. `base` is the text as the store has it, to which
     /// the first edit was made; `text` is asked only when the whole text is needed.
     void flush(const Uuid& noteID, const std::string& base, const TextSource& text);
+    /// True while there are edits that no file has.
+    bool isBehind() const { return hasPending(); }
     /// To be called when the store has everything, or nothing is wanted any more.
     void discard();
 

@@ -2,6 +2,7 @@
 
 #include "library/NoteState.h"
 #include "library/NoteWriter.h"
+#include "library/RowKeys.h"
 #include "model/ViewContext.h"
 
 #include <functional>
@@ -60,16 +61,12 @@ std::optional<std::int64_t> folderKey(Database& database, const Uuid& id) {
 }
 
 std::vector<RowId> notesUnder(Database& database, std::int64_t folder) {
-    std::vector<RowId> rows;
     auto query = database.query(
         "WITH RECURSIVE sub(pk) AS"
         " (SELECT ? UNION SELECT folder.pk FROM folder JOIN sub ON folder.parentPk=sub.pk)"
         " SELECT DISTINCT notePk FROM noteFolder WHERE folderPk IN (SELECT pk FROM sub)");
     query.bind(folder);
-    while (query.next()) {
-        rows.push_back(query.integer(0));
-    }
-    return rows;
+    return keysOf(query);
 }
 
 void link(Database& database, RowId row, std::int64_t folder) {
@@ -131,8 +128,8 @@ std::optional<Folder> FolderRepository::fetchFolder(const Uuid& id) const {
 }
 
 Folder FolderRepository::createFolder(const std::string& name,
-                                      const std::optional<Uuid>& parentID) {
-    const Uuid id = Uuid::random();
+                                      const std::optional<Uuid>& parentID,
+                                      const Uuid& id) {
     m_context.apply([id, name, parentID](Database& database) {
         const auto parent = parentID ? folderKey(database, *parentID) : std::nullopt;
         const auto sortOrder = siblingCount(database, parent);

@@ -25,8 +25,11 @@ public:
     std::vector<Folder> fetchAllFolders() const;
     std::optional<Folder> fetchFolder(const Uuid& id) const;
 
-    /// The new folder goes last among its siblings. The name is stored unchanged.
-    Folder createFolder(const std::string& name, const std::optional<Uuid>& parentID);
+    /// The new folder goes last among its siblings. The name is stored unchanged. No other folder
+    /// may have an `id` that is given.
+    Folder createFolder(const std::string& name,
+                        const std::optional<Uuid>& parentID,
+                        const Uuid& id = Uuid::random());
     void renameFolder(const Uuid& id, const std::string& name);
     /// Deletes the folder and its sub-folders; notes stay.
     void deleteFolder(const Uuid& id);

@@ -60,10 +60,16 @@ struct FoldedTitle {
     }
 };
 
-std::uint64_t bitOf(char letter) {
-    if (letter >= 'a' && letter <= 'z') return std::uint64_t{1} << (letter - 'a');
-    if (letter >= '0' && letter <= '9') return std::uint64_t{1} << (26 + letter - '0');
-    return std::uint64_t{1} << (36 + static_cast<unsigned char>(letter) % 28);
+std::uint32_t bitOf(char letter) {
+    if (letter >= 'a' && letter <= 'z') return 1U << static_cast<unsigned>(letter - 'a');
+    return 1U << (26U + static_cast<unsigned char>(letter) % 6U);
+}
+
+std::uint32_t bitOf(char first, char second) {
+    constexpr std::uint32_t kSpread = 0x9E3779B1;  // by the golden ratio, as hashes do
+    const auto pair = static_cast<std::uint32_t>(static_cast<unsigned char>(first)) << 8U |
+                      static_cast<unsigned char>(second);
+    return 1U << (pair * kSpread >> 27U);
 }
 
 }  // namespace
@@ -78,23 +84,46 @@ FuzzyQuery::FuzzyQuery(std::string_view query) : m_finder(normalized(query)) {
     for (const std::string& letter : m_letters) {
         m_mask |= lettersOf(letter);
     }
-    if (!m_letters.empty()) m_firstMask = bitOf(m_letters.front().front());
+    if (m_letters.empty()) return;
+    m_head.letters = bitOf(m_letters[0].front());
+    const std::size_t second = m_letters[0].size();
+    if (second < folded.size()) m_head.pairs = bitOf(folded[0], folded[second]);
+    for (std::size_t i = 1; i < std::min<std::size_t>(m_letters.size(), 3); ++i) {
+        const char letter = m_letters[i].front();
+        m_next.push_back({bitOf(letter), bitOf(m_letters[i - 1].front(), letter)});
+    }
 }
 
-std::uint64_t FuzzyQuery::lettersOf(std::string_view folded) {
-    std::uint64_t letters = 0;
+std::uint32_t FuzzyQuery::lettersOf(std::string_view folded) {
+    std::uint32_t letters = 0;
     for (const char letter : folded) {
         letters |= bitOf(letter);
     }
     return letters;
 }
 
-std::uint64_t FuzzyQuery::initialsOf(std::string_view folded) {
-    std::uint64_t letters = 0;
+WordHeads FuzzyQuery::headsOf(std::string_view folded) {
+    WordHeads heads;
     for (std::size_t place = 0; place < folded.size(); ++place) {
-        if (isWordStart(folded, place)) letters |= bitOf(folded[place]);
+        if (!isWordStart(folded, place)) continue;
+        heads.letters |= bitOf(folded[place]);
+        const std::size_t second = nextCharacter(folded, place);
+        if (second < folded.size()) heads.pairs |= bitOf(folded[place], folded[second]);
     }
-    return letters;
+    return heads;
+}
+
+// Each letter begins a word or follows the one before, which began one itself. The third may also
+// follow a second that followed the first; what comes behind is not looked at.
+bool FuzzyQuery::mayBeginWords(const WordHeads& heads) const {
+    if ((m_head.letters & ~heads.letters) != 0) return false;
+    bool mayGoOn = false;
+    for (const WordHeads& next : m_next) {
+        const bool isPair = (next.pairs & heads.pairs) != 0;
+        if (!mayGoOn && !isPair && (next.letters & heads.letters) == 0) return false;
+        mayGoOn = isPair;
+    }
+    return true;
 }
 
 std::optional<std::size_t> FuzzyQuery::bestPiece(std::string_view folded) const {

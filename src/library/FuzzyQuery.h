@@ -28,6 +28,12 @@ struct MatchRange {
     bool operator==(const MatchRange&) const = default;
 };
 
+/// How the words of a text begin, a bit for what there is; others may share it.
+struct WordHeads {
+    std::uint32_t letters = 0;
+    std::uint32_t pairs = 0;  ///< of a word's first two letters
+};
+
 /// A query as one types it into a palette: its letters stand in a title in this order, perhaps with
 /// others between them. Case and diacritics do not matter, nor do spaces where the letters are
 /// apart.
@@ -51,11 +57,14 @@ public:
     const TextFinder& finder() const { return m_finder; }
 
     /// One bit for each letter that a text holds: a title without one of the query's cannot fit.
-    static std::uint64_t lettersOf(std::string_view folded);
-    bool mayFit(std::uint64_t letters) const { return (m_mask & ~letters) == 0; }
-    /// The same for the letters that begin words, and for a query whose letters do.
-    static std::uint64_t initialsOf(std::string_view folded);
-    bool mayBegin(std::uint64_t initials) const { return (m_firstMask & ~initials) == 0; }
+    static std::uint32_t lettersOf(std::string_view folded);
+    std::uint32_t letters() const { return m_mask; }
+    /// The same for how words begin, and for a query whose letters begin words.
+    static WordHeads headsOf(std::string_view folded);
+    /// A title without this cannot have the query, in one piece, where a word begins.
+    const WordHeads& head() const { return m_head; }
+    /// Whether the letters of the query may begin the words of a title, each or some in a row.
+    bool mayBeginWords(const WordHeads& heads) const;
     bool fitsWords(std::string_view folded) const { return atWordStarts(folded, nullptr); }
 
 private:
@@ -67,8 +76,9 @@ private:
 
     TextFinder m_finder;
     std::vector<std::string> m_letters;  // without spaces
-    std::uint64_t m_mask = 0;
-    std::uint64_t m_firstMask = 0;
+    std::uint32_t m_mask = 0;
+    WordHeads m_head;
+    std::vector<WordHeads> m_next;  // the second and the third, each with the one before
 };
 
 }  // namespace corvel

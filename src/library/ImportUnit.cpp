@@ -1,14 +1,17 @@
 #include "library/ImportUnit.h"
 
+#include "library/AttachmentLinks.h"
 #include "library/ImportedFile.h"
 #include "library/MarkdownImages.h"
 #include "library/NoteText.h"
+#include "platform/Text.h"
 
 #include <gio/gio.h>
 
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace corvel {
@@ -52,7 +55,10 @@ std::optional<Attachment> readImage(const std::filesystem::path& path) {
 /// Takes in the images of one text and points the text at them.
 class ImageImport {
 public:
-    explicit ImageImport(ImportUnit& unit) : m_unit(unit), m_folder(unit.path.parent_path()) {}
+    explicit ImageImport(ImportUnit& unit) : m_unit(unit), m_folder(unit.path.parent_path()) {
+        for (const auto& path : unit.listed)
+            m_known.emplace(path, std::nullopt);
+    }
 
     void run() {
         const std::string text = std::move(m_unit.note.content);
@@ -91,7 +97,105 @@ private:
     std::size_t m_bytes = 0;
 };
 
+void takeState(Note& note, FrontMatter& values) {
+    if (values.id) note.id = *values.id;
+    if (values.createdAt) note.createdAt = *values.createdAt;
+    if (values.modifiedAt) note.modifiedAt = *values.modifiedAt;
+    note.isPinned = values.isPinned;
+    note.isArchived = values.isArchived;
+    note.isTrashed = values.isTrashed;
+    if (values.isTrashed) note.trashedAt = values.trashedAt;
+    for (auto& path : values.tags) {
+        const auto name = path.substr(path.rfind('/') + 1);
+        note.tags.push_back({Uuid::random(), name, std::move(path), {}});
+    }
+}
+
+/// Takes in the files that a file of an exported library lists, and points the text at them again.
+class ListedFiles {
+public:
+    explicit ListedFiles(ImportUnit& unit) : m_unit(unit) {}
+
+    void take(std::vector<FrontMatter::File> files) {
+        for (auto& file : files) {
+            m_unit.listed.push_back((m_unit.path.parent_path() / file.path).lexically_normal());
+            if (file.isAnothers) {
+                link(file);
+                m_unit.borrowed.push_back(std::move(file));
+            } else {
+                takeOne(file);
+            }
+        }
+        if (m_linked.empty()) return;
+        m_unit.note.content = withAttachmentAddresses(m_unit.note.content, m_linked);
+    }
+
+private:
+    void takeOne(const FrontMatter::File& file) {
+        auto attachment =
+            m_bytes < kMostImageBytes ? readListedFile(m_unit.path, file) : std::nullopt;
+        if (!attachment) {
+            m_unit.missingImages.push_back(m_unit.path.parent_path() / file.path);
+            return;
+        }
+        m_bytes += attachment->data.size();
+        m_unit.attachments.push_back(*std::move(attachment));
+        link(file);
+    }
+
+    void link(const FrontMatter::File& file) {
+        if (file.isLinked) m_linked.emplace(fileAddress(file.path), file.id);
+    }
+
+    ImportUnit& m_unit;
+    std::unordered_map<std::string, Uuid> m_linked;
+    std::size_t m_bytes = 0;
+};
+
+// What the block at the start of the file says; the block itself goes, when it is ours alone.
+void takeFrontMatter(ImportUnit& unit) {
+    auto found = frontMatterOf(unit.note.content);
+    if (!found) return;
+    auto& values = found->values;
+    if (values.title) unit.note.title = text::repaired(*values.title);
+    if (!found->isOurs) return;
+    unit.isFromLibrary = true;
+    takeState(unit.note, values);
+    unit.folders = std::move(values.folders);
+    unit.note.content.erase(0, found->textBegin);
+    ListedFiles(unit).take(std::move(values.attachments));
+}
+
 }  // namespace
+
+std::optional<Attachment> readListedFile(const std::filesystem::path& markdown,
+                                         const FrontMatter::File& file) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const auto folder = fs::canonical(markdown.parent_path(), error);
+    const auto path = error ? fs::path() : fs::canonical(folder / file.path, error);
+    if (error || !path.native().starts_with((folder / "").native())) return std::nullopt;
+    auto read = ImportedFile::read(path, kLargestText);
+    auto* bytes = std::get_if<ImportedFile>(&read);
+    if (bytes == nullptr) return std::nullopt;
+    return Attachment{file.id,
+                      text::repaired(file.name.empty() ? path.filename().string() : file.name),
+                      text::repaired(file.type),
+                      {bytes->bytes.begin(), bytes->bytes.end()},
+                      std::nullopt};
+}
+
+void ImportUnit::renameAttachment(const Uuid& from, const Uuid& to) {
+    for (auto& attachment : attachments) {
+        if (attachment.id == from) attachment.id = to;
+    }
+    const auto old = attachmentAddress(from);
+    for (auto at = note.content.find(old); at != std::string::npos;
+         at = note.content.find(old, at + old.size())) {
+        note.content.replace(at, old.size(), attachmentAddress(to));
+    }
+    derived = DerivedText::of(note.content);
+}
 
 std::variant<ImportUnit, ImportFault> ImportUnit::read(const std::filesystem::path& path) {
     auto read = ImportedFile::read(path, kLargestText);
@@ -106,6 +210,7 @@ std::variant<ImportUnit, ImportFault> ImportUnit::read(const std::filesystem::pa
     unit.note.title = titleFromContent(unit.note.content);
     unit.note.createdAt = file.createdAt;
     unit.note.modifiedAt = file.modifiedAt;
+    takeFrontMatter(unit);
     ImageImport(unit).run();
     unit.derived = DerivedText::of(unit.note.content);
     return unit;

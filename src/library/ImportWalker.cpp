@@ -1,5 +1,7 @@
 #include "library/ImportWalker.h"
 
+#include "library/AttachmentLinks.h"
+#include "library/LibraryManifest.h"
 #include "platform/Text.h"
 
 #include <sys/stat.h>
@@ -25,18 +27,18 @@ bool isMarkdownName(const std::filesystem::path& path) {
 
 ImportWalker::ImportWalker(const std::vector<std::filesystem::path>& paths) {
     for (const auto& path : paths)
-        m_pending.push_back({path, {}, true});
+        m_pending.push_back({path, {}, {}, true});
 }
 
-std::optional<ImportWalker::File> ImportWalker::step(std::vector<ImportReport::Skipped>& skipped) {
-    if (m_open) {
-        readEntries(skipped);
-    } else if (m_files.empty() && !m_pending.empty()) {
-        const Pending pending = std::move(m_pending.front());
-        m_pending.pop_front();
-        look(pending, skipped);
-    }
-    if (m_files.empty()) return std::nullopt;
+void ImportWalker::step(std::vector<ImportReport::Skipped>& skipped) {
+    if (m_open) return readEntries(skipped);
+    if (m_pending.empty()) return;
+    const Pending pending = std::move(m_pending.front());
+    m_pending.pop_front();
+    look(pending, skipped);
+}
+
+ImportWalker::File ImportWalker::take() {
     auto file = std::move(m_files.front());
     m_files.pop_front();
     return file;
@@ -50,7 +52,7 @@ void ImportWalker::look(const Pending& pending, std::vector<ImportReport::Skippe
         if (isNew) openDirectory(pending, skipped);
     } else if (pending.isChosen || isMarkdownName(pending.path)) {
         ++m_found;
-        m_files.push_back({pending.path, pending.folder});
+        m_files.push_back({pending.path, pending.folder, pending.library});
     }
 }
 
@@ -64,6 +66,11 @@ void ImportWalker::openDirectory(const Pending& pending,
     }
     m_open = std::move(entries);
     m_directory = pending;
+    if (!pending.isChosen) return;
+    if (std::filesystem::is_regular_file(pending.path / LibraryManifest::kFileName, error)) {
+        m_directory.library = pending.path;
+        m_libraries.push_back(pending.path);
+    }
 }
 
 void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
@@ -73,12 +80,13 @@ void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
         const auto& entry = **m_open;
         // Not every file system says what an entry is: then it is looked at.
         const bool isFile = entry.is_regular_file(error) && !error;
-        if (!isFile || isMarkdownName(entry.path())) {
+        const auto name = entry.path().filename();
+        const bool isAttachments = !m_directory.library.empty() && name == kAttachmentFolder;
+        if (!isAttachments && (!isFile || isMarkdownName(entry.path()))) {
             const bool isFolder = !isFile && entry.is_directory(error) && !error;
-            m_entries.push_back(
-                {entry.path(),
-                 isFolder ? m_directory.folder / entry.path().filename() : m_directory.folder,
-                 false});
+            m_entries.push_back({entry.path(),
+                                 isFolder ? m_directory.folder / name : m_directory.folder,
+                                 m_directory.library, false});
         }
         m_open->increment(error);
         if (error) {

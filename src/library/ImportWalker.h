@@ -13,25 +13,37 @@
 namespace corvel {
 
 /// Finds the files of an import, a few directory entries at a step. Every directory is read once,
-/// however many links lead to it.
+/// however many links lead to it. Nothing of a file is read before all are found, so that progress
+/// can be told as a share of the whole. The attachments of an exported library are no files of
+/// their own.
 class ImportWalker {
 public:
     struct File {
         std::filesystem::path path;
         std::filesystem::path folder;  ///< between the chosen folder and the file; empty for none
+        /// The chosen folder when that is an exported library; else empty.
+        std::filesystem::path library;
     };
 
     explicit ImportWalker(const std::vector<std::filesystem::path>& paths);
 
-    /// The next file; none when this step found none. Reads on while there `isFinished` is not.
-    std::optional<File> step(std::vector<ImportReport::Skipped>& skipped);
-    bool isFinished() const { return m_files.empty() && m_pending.empty() && !m_open; }
+    /// Looks on while `hasFoundAll` is false.
+    void step(std::vector<ImportReport::Skipped>& skipped);
+    bool hasFoundAll() const { return m_pending.empty() && !m_open; }
     std::size_t foundCount() const { return m_found; }
+    /// Chosen folders that are exported libraries, as far as they were opened. One is known before
+    /// the first of its files.
+    const std::vector<std::filesystem::path>& libraries() const { return m_libraries; }
+
+    /// The next of the files found so far, in the order of names within a directory.
+    File take();
+    bool isEmpty() const { return m_files.empty(); }
 
 private:
     struct Pending {
         std::filesystem::path path;
         std::filesystem::path folder;
+        std::filesystem::path library;
         bool isChosen;
     };
 
@@ -45,6 +57,7 @@ private:
     Pending m_directory;
     std::vector<Pending> m_entries;  // of the open directory so far
     std::set<std::pair<dev_t, ino_t>> m_visited;
+    std::vector<std::filesystem::path> m_libraries;
     std::size_t m_found = 0;
 };
 

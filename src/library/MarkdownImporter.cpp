@@ -1,5 +1,6 @@
 #include "library/MarkdownImporter.h"
 
+#include "library/ImportFolders.h"
 #include "library/ImportUnit.h"
 #include "library/ImportWalker.h"
 #include "library/Library.h"
@@ -11,9 +12,10 @@
 #include <glibmm/main.h>
 
 #include <chrono>
-#include <map>
 #include <string>
+#include <unordered_set>
 #include <utility>
+#include <vector>
 
 namespace corvel {
 
@@ -34,21 +36,6 @@ std::size_t sizeOf(const ImportUnit& unit) {
     return size;
 }
 
-const Folder* childNamed(const std::vector<Folder>& folders, const std::string& name) {
-    for (const auto& folder : folders) {
-        if (folder.name == name) return &folder;
-    }
-    return nullptr;
-}
-
-const Folder* folderWithID(const std::vector<Folder>& folders, const Uuid& id) {
-    for (const auto& folder : folders) {
-        if (folder.id == id) return &folder;
-        if (const auto* found = folderWithID(folder.children, id)) return found;
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 class MarkdownImporter::Job {
@@ -60,7 +47,7 @@ public:
         Done done)
         : m_library(library)
         , m_walker(paths)
-        , m_options(options)
+        , m_folders(library, options)
         , m_progress(std::move(progress))
         , m_done(std::move(done))
         , m_checkpoints(library.controller.viewContext().database()) {}
@@ -79,20 +66,45 @@ public:
     ImportReport takeReport() { return std::move(m_report); }
 
 private:
+    struct Borrowed {
+        Uuid noteID;
+        std::filesystem::path path;  // of the Markdown file
+        FrontMatter::File file;
+    };
+
     // False when all is done.
     bool slice() {
-        if (m_report.wasCancelled) return false;
-        const bool isFinished = m_walker.isFinished();
-        if (isFinished && m_batch.empty()) return false;
-        if (m_checkpoints.isDue()) {
-            m_checkpoints.run();
-        } else if (isFinished || isBatchFull()) {
-            storeBatch();
-        } else {
-            gather();
+        if (m_report.wasCancelled) {
+            m_report.notReached = m_walker.foundCount() - storedOrSkipped();
+            return false;
         }
-        if (m_progress) m_progress(m_doneCount - m_batch.size(), m_walker.foundCount());
+        if (!m_walker.hasFoundAll()) {
+            find();
+        } else if (m_checkpoints.isDue()) {
+            m_checkpoints.run();
+        } else if (m_folders.isBusy()) {
+            makeFolders();
+        } else if (!m_walker.isEmpty() && !isBatchFull()) {
+            gather();
+        } else if (!m_batch.empty()) {
+            storeBatch();
+        } else if (!m_borrowed.empty()) {
+            takeBorrowed();
+        } else {
+            return false;
+        }
+        if (m_progress) m_progress(storedOrSkipped(), m_walker.foundCount());
         return true;
+    }
+
+    std::size_t storedOrSkipped() const { return m_takenCount - m_batch.size(); }
+
+    void find() {
+        const auto deadline = Clock::now() + kGathering;
+        do {
+            m_walker.step(m_report.skipped);
+            m_folders.begin(m_walker.libraries());
+        } while (!m_walker.hasFoundAll() && Clock::now() < deadline);
     }
 
     bool isBatchFull() const {
@@ -102,23 +114,31 @@ private:
     void gather() {
         const auto deadline = Clock::now() + kGathering;
         do {
-            const auto file = m_walker.step(m_report.skipped);
-            if (!file) continue;
-            ++m_doneCount;
-            auto unit = ImportUnit::read(file->path);
+            const auto file = m_walker.take();
+            ++m_takenCount;
+            auto unit = ImportUnit::read(file.path);
             if (const auto* fault = std::get_if<ImportFault>(&unit)) {
-                m_report.skipped.push_back({file->path, *fault});
-            } else if (placed(std::get<ImportUnit>(unit), file->folder)) {
+                m_report.skipped.push_back({file.path, *fault});
+            } else if (placed(std::get<ImportUnit>(unit), file)) {
                 m_batchBytes += sizeOf(std::get<ImportUnit>(unit));
                 m_batch.push_back(std::get<ImportUnit>(std::move(unit)));
             }
-        } while (!m_walker.isFinished() && !isBatchFull() && Clock::now() < deadline);
+        } while (!m_walker.isEmpty() && !isBatchFull() && Clock::now() < deadline);
     }
 
-    bool placed(ImportUnit& unit, const std::filesystem::path& folder) {
+    void makeFolders() {
         try {
-            const auto id = m_options.keepFolders ? folderFor(folder) : m_options.intoFolder;
-            if (id) unit.note.folderIDs = {*id};
+            m_folders.work(Clock::now() + kGathering);
+        } catch (const StoreError& error) {
+            // The notes are placed by where they lie, or fail themselves.
+            logLine(std::string("Error creating folder: ") + error.what());
+        }
+    }
+
+    bool placed(ImportUnit& unit, const ImportWalker::File& file) {
+        try {
+            if (unit.isFromLibrary && !hasOwnIDs(unit)) return false;
+            unit.note.folderIDs = m_folders.foldersOf(file.library, file.folder, unit.folders);
             return true;
         } catch (const StoreError& error) {
             fail(unit, error);
@@ -126,20 +146,24 @@ private:
         }
     }
 
-    std::optional<Uuid> folderFor(const std::filesystem::path& folder) {
-        if (folder.empty()) return m_options.intoFolder;
-        if (const auto known = m_folders.find(folder); known != m_folders.end())
-            return known->second;
-        const auto parent = folderFor(folder.parent_path());
-        const auto roots = m_library.folders.fetchRootFolders();
-        const auto* parentFolder = parent ? folderWithID(roots, *parent) : nullptr;
-        const auto name = text::repaired(folder.filename().string());
-        const auto* existing =
-            childNamed(parentFolder != nullptr ? parentFolder->children : roots, name);
-        const Uuid id =
-            existing != nullptr ? existing->id : m_library.folders.createFolder(name, parent).id;
-        m_folders.emplace(folder, id);
-        return id;
+    // What a file says its ids are holds if they are free. False for a note that is there already.
+    bool hasOwnIDs(ImportUnit& unit) {
+        const bool isNew = m_noteIDs.insert(unit.note.id).second;
+        if (const auto there = m_library.notes.fetchNote(unit.note.id)) {
+            if (there->title == unit.note.title && there->content == unit.note.content) {
+                ++m_report.unchanged;
+                return false;
+            }
+            unit.note.id = Uuid::random();
+        } else if (!isNew) {
+            unit.note.id = Uuid::random();
+        }
+        for (const auto& attachment : std::vector(unit.attachments)) {
+            const bool isFree = m_attachmentIDs.insert(attachment.id).second &&
+                                !m_library.attachments.fetchInfo(attachment.id);
+            if (!isFree) unit.renameAttachment(attachment.id, Uuid::random());
+        }
+        return true;
     }
 
     // All as one; when that fails each file alone, so that one bad file spoils no other.
@@ -187,15 +211,35 @@ private:
         }
     }
 
+    // Of notes that did not come themselves.
+    void takeBorrowed() {
+        const auto [noteID, path, file] = std::move(m_borrowed.back());
+        m_borrowed.pop_back();
+        try {
+            if (m_library.attachments.fetchInfo(file.id)) return;
+            if (const auto attachment = readListedFile(path, file)) {
+                m_library.attachments.create(*attachment, noteID);
+            } else {
+                m_report.missingImages.push_back(path.parent_path() / file.path);
+            }
+        } catch (const StoreError& error) {
+            logLine(std::string("Error importing image: ") + error.what());
+        }
+    }
+
     void stored(const ImportUnit& unit) {
+        for (const auto& file : unit.borrowed)
+            m_borrowed.push_back({unit.note.id, unit.path, file});
         ++m_report.imported;
-        m_report.lastNoteID = unit.note.id;
+        const bool isListed = !unit.note.isTrashed && !unit.note.isArchived;
+        if (isListed) m_report.lastNoteID = unit.note.id;
         m_report.missingImages.insert(m_report.missingImages.end(), unit.missingImages.begin(),
                                       unit.missingImages.end());
         for (const auto& image : unit.missingImages) {
             logLine("Error importing image " + text::repaired(image.string()));
         }
-        if (const auto row = m_library.listing.rowOf(unit.note.id)) {
+        const auto row = m_library.listing.rowOf(unit.note.id);
+        if (row && !unit.note.isTrashed) {
             m_library.searchIndex.noteChanged(*row, unit.note.title, unit.note.content,
                                               unit.note.modifiedAt);
         }
@@ -208,15 +252,17 @@ private:
 
     Library& m_library;
     ImportWalker m_walker;
-    ImportOptions m_options;
+    ImportFolders m_folders;
     Progress m_progress;
     Done m_done;
     ImportReport m_report;
     Checkpoints m_checkpoints;
     std::vector<ImportUnit> m_batch;
     std::size_t m_batchBytes = 0;
-    std::map<std::filesystem::path, Uuid> m_folders;
-    std::size_t m_doneCount = 0;
+    std::vector<Borrowed> m_borrowed;
+    std::unordered_set<Uuid> m_noteIDs;
+    std::unordered_set<Uuid> m_attachmentIDs;
+    std::size_t m_takenCount = 0;
     ScopedConnection m_idle;
 };
 

@@ -24,10 +24,12 @@ struct ImportReport {
         ImportFault reason;
     };
     std::size_t imported = 0;
+    std::size_t unchanged = 0;  ///< notes of an export that the library still has as they are
     std::vector<Skipped> skipped;
     std::vector<std::filesystem::path>
         missingImages;  ///< referenced, but not found or not readable
     bool wasCancelled = false;
+    std::size_t notReached = 0;  ///< files that Cancel left unread
     std::optional<Uuid> lastNoteID;
 };
 
@@ -39,10 +41,12 @@ struct ImportOptions {
 };
 
 /// Takes Markdown files and whole folders into the library, in slices on the main loop, each file
-/// whole or not at all. Destroying the importer cancels what is left.
+/// whole or not at all. A folder that is an exported library comes back as it was: folders in their
+/// order, states, dates, tags and attachments, with the ids that are free. Destroying the importer
+/// cancels what is left.
 class MarkdownImporter {
 public:
-    /// `done` of `found` files; `found` grows while folders are read.
+    /// `done` of `found` files; while folders are searched `done` is 0 and `found` grows.
     using Progress = std::function<void(std::size_t done, std::size_t found)>;
     using Done = std::function<void(const ImportReport& report)>;
 

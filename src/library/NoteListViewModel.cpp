@@ -4,6 +4,7 @@
 #include "library/Notifications.h"
 #include "model/PersistenceController.h"
 #include "platform/Log.h"
+#include "platform/Text.h"
 
 #include <glibmm/main.h>
 
@@ -18,8 +19,8 @@ constexpr std::chrono::milliseconds kSearchSlice{8};
 /// More than a window shows.
 constexpr std::size_t kFirstRows = 100;
 
-void logFailure(const char* failure, const StoreError& error) {
-    logLine(std::string(failure) + " " + error.what());
+void logFailure(const char* failure, const std::exception& error) {
+    logLine(std::string(failure) + " " + text::repaired(error.what()));
 }
 
 std::optional<std::size_t> takeOut(std::vector<RowId>& rows, RowId row) {
@@ -63,6 +64,11 @@ NoteListViewModel::NoteListViewModel(Library& library, NotificationCenter& notif
         }));
     m_connections.push_back(notifications.observe(notifications::folderDidChange,
                                                   [this](const std::any&) { reload(); }));
+    m_connections.push_back(
+        notifications.observe(notifications::openLocalFile, [this](const std::any& payload) {
+            if (const auto* path = std::any_cast<std::filesystem::path>(&payload))
+                m_localFileOpened.emit(findOrCreateLocalFileNote(*path));
+        }));
 }
 
 void NoteListViewModel::setFilter(const SidebarFilter& filter) {
@@ -147,15 +153,25 @@ std::size_t NoteListViewModel::noteCount() const {
 void NoteListViewModel::reload() {
     m_allNotes.reset();
     try {
-        const auto rows = readRows();
+        auto rows = readRows();
         m_isPart = false;
-        show(rows);
+        if (isSearching() && m_areHits && !coversShown(rows)) {
+            m_foundAnew = std::move(rows);
+        } else {
+            show(rows);
+        }
     } catch (const StoreError& error) {
         logFailure(isSearching() ? "Error searching:" : "Error loading notes:", error);
     }
 }
 
+// A change of a note starts the search again; its hits so far stay until the new ones are there.
+bool NoteListViewModel::coversShown(const std::vector<RowId>& hits) const {
+    return m_sweep->isFinished() || hits.size() >= m_rows.size();
+}
+
 std::vector<RowId> NoteListViewModel::readRows() {
+    m_foundAnew.reset();
     if (isSearching()) return searchHits();
     m_sweep.reset();
     m_searchWork.disconnect();
@@ -182,14 +198,19 @@ void NoteListViewModel::continueSearch() {
         reload();
         return;
     }
-    if (m_sweep->isFinished() || m_rows.size() >= m_wantedHits) return;
-    const auto more = m_sweep->next(m_wantedHits - m_rows.size(), kSearchSlice);
-    const std::size_t at = m_rows.size();
-    m_rows.insert(m_rows.end(), more.begin(), more.end());
-    if (!more.empty()) m_spliced.emit({at, 0, more.size()});
+    auto& rows = m_foundAnew ? *m_foundAnew : m_rows;
+    const std::size_t at = rows.size();
+    if (m_sweep->isFinished() || at >= m_wantedHits) return;
+    const auto more = m_sweep->next(m_wantedHits - at, kSearchSlice);
+    rows.insert(rows.end(), more.begin(), more.end());
+    if (!m_foundAnew) {
+        if (!more.empty()) m_spliced.emit({at, 0, more.size()});
+    } else if (coversShown(*m_foundAnew)) {
+        show(*std::exchange(m_foundAnew, std::nullopt));
+    }
     if (m_sweep->isFinished()) {
         m_replaced.emit();
-    } else if (m_rows.size() < m_wantedHits) {
+    } else if (m_foundAnew || m_rows.size() < m_wantedHits) {
         m_searchWork = Glib::signal_idle().connect([this] {
             continueSearch();
             return false;
@@ -240,15 +261,20 @@ void NoteListViewModel::noteChanged(const NoteChange& change) {
     } catch (const StoreError&) {
         m_allNotes.reset();
     }
-    if (isSearching() || m_isPart) {
-        reload();
-        return;
-    }
     try {
+        if (isSearching()) takeOutOfHits(change);
+        if (isSearching() || m_isPart) return reload();
         patch(change.row);
     } catch (const StoreError& error) {
         logFailure("Error loading notes:", error);
     }
+}
+
+// What no search finds any more leaves at once.
+void NoteListViewModel::takeOutOfHits(const NoteChange& change) {
+    const auto note = summaryOf(change.row);
+    if (note && !note->isTrashed) return;
+    if (const auto position = takeOut(m_rows, change.row)) m_spliced.emit({*position, 1, 0});
 }
 
 void NoteListViewModel::patch(RowId row) {
@@ -388,6 +414,56 @@ void NoteListViewModel::removeFromAllFolders(const std::vector<Uuid>& ids) {
         m_library.folders.removeNoteFromAllFolders(id);
     });
     m_notifications.post(notifications::folderDidChange);
+}
+
+LinkOutcome NoteListViewModel::createLocalFileNote(const std::filesystem::path& path) {
+    return link("Error creating local file note:",
+                [&](LocalFileNotes& files) { return files.create(path).id; });
+}
+
+LinkOutcome NoteListViewModel::findOrCreateLocalFileNote(const std::filesystem::path& path) {
+    return link("Error creating local file note:", [&](LocalFileNotes& files) {
+        const auto known = files.noteFor(path);
+        if (!known) return files.create(path).id;
+        if (known->isTrashed) m_library.notes.restoreFromTrash(known->id);
+        return known->id;
+    });
+}
+
+void NoteListViewModel::stopTracking(const std::vector<Uuid>& ids) {
+    LocalFileNotes files(m_library.notes);
+    forEach(ids, "Error stopping tracking of local file:", [&](const Uuid& id) {
+        files.stopTracking(id);
+    });
+}
+
+LinkOutcome NoteListViewModel::upgradeToLocalFile(const Uuid& id,
+                                                  const std::filesystem::path& path) {
+    return link("Error upgrading note to local file:", [&](LocalFileNotes& files) {
+        files.upgrade(id, path);
+        return id;
+    });
+}
+
+LinkOutcome NoteListViewModel::relinkLocalFile(const Uuid& id, const std::filesystem::path& path) {
+    return link("Error upgrading note to local file:", [&](LocalFileNotes& files) {
+        files.relink(id, path);
+        return id;
+    });
+}
+
+LinkOutcome NoteListViewModel::link(const char* failure,
+                                    const std::function<Uuid(LocalFileNotes&)>& operation) {
+    LocalFileNotes files(m_library.notes);
+    try {
+        return {operation(files), {}};
+    } catch (const LinkError& error) {
+        logFailure(failure, error);
+        return {{}, error};
+    } catch (const StoreError& error) {
+        logFailure(failure, error);
+        return {};
+    }
 }
 
 // Several notes are one commit and one reload.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/LocalFileNotes.h"
 #include "library/NoteAction.h"
 #include "library/NoteListing.h"
 #include "library/NoteRepository.h"
@@ -11,6 +12,7 @@
 #include <sigc++/signal.h>
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +29,12 @@ struct ListSplice {
     std::size_t position;
     std::size_t removed;
     std::size_t added;
+};
+
+/// What became of linking a note with a file: the note, or why not. Neither when the store refused.
+struct LinkOutcome {
+    std::optional<Uuid> noteID;
+    std::optional<LinkError> refusal;
 };
 
 /// The notes of the selected filter in the chosen order, or the hits of a search. Holds row ids
@@ -79,12 +87,26 @@ public:
     void removeFromFolder(const std::vector<Uuid>& ids, const Uuid& folderID);
     void removeFromAllFolders(const std::vector<Uuid>& ids);
 
+    // Notes that mirror files; paths are absolute. Failures are printed, too.
+    /// Links the file with a new note; refused when a note has it.
+    LinkOutcome createLocalFileNote(const std::filesystem::path& path);
+    /// The note that has the file, out of the trash if it is there, or a new one.
+    LinkOutcome findOrCreateLocalFileNote(const std::filesystem::path& path);
+    /// The notes stay, and so do the files.
+    void stopTracking(const std::vector<Uuid>& ids);
+    /// Writes the note to the file and links them.
+    LinkOutcome upgradeToLocalFile(const Uuid& id, const std::filesystem::path& path);
+    /// Links the note with a file that need not hold its text.
+    LinkOutcome relinkLocalFile(const Uuid& id, const std::filesystem::path& path);
+
     sigc::signal<void(const ListSplice&)>& signalSpliced() { return m_spliced; }
     /// Rows may show something else now, at the same places.
     sigc::signal<void()>& signalRowsChanged() { return m_rowsChanged; }
     /// Filter, order or query changed: the list is another one and starts at its top.
     sigc::signal<void()>& signalReplaced() { return m_replaced; }
     sigc::signal<void(const Uuid&)>& signalCreated() { return m_created; }
+    /// A file was to be opened by the notification `openLocalFile`.
+    sigc::signal<void(const LinkOutcome&)>& signalLocalFileOpened() { return m_localFileOpened; }
     /// Notes went to the trash: what a toast with undo is for.
     sigc::signal<void(const std::vector<Uuid>&)>& signalTrashed() { return m_trashed; }
 
@@ -108,6 +130,8 @@ private:
     void patchKept(RowId row);
     std::vector<RowId> readRows();
     std::vector<RowId> searchHits();
+    bool coversShown(const std::vector<RowId>& hits) const;
+    void takeOutOfHits(const NoteChange& change);
     void continueSearch();
     void show(const std::vector<RowId>& rows);
     void noteChanged(const NoteChange& change);
@@ -119,6 +143,7 @@ private:
     void forEach(const std::vector<Uuid>& ids,
                  const char* failure,
                  const std::function<void(const Uuid&)>& operation);
+    LinkOutcome link(const char* failure, const std::function<Uuid(LocalFileNotes&)>& operation);
 
     Library& m_library;
     NotificationCenter& m_notifications;
@@ -127,6 +152,8 @@ private:
     std::string m_query;
     std::unique_ptr<SearchIndex::Sweep> m_sweep;
     std::size_t m_wantedHits = kHitsAtOnce;
+    /// Hits of a search that was begun anew, until they are as many as those that are shown.
+    std::optional<std::vector<RowId>> m_foundAnew;
     ScopedConnection m_searchWork;
     std::vector<RowId> m_rows;
     SidebarFilter m_rowsFilter;  // what m_rows are, when they are no search's hits
@@ -146,6 +173,7 @@ private:
     sigc::signal<void()> m_rowsChanged;
     sigc::signal<void()> m_replaced;
     sigc::signal<void(const Uuid&)> m_created;
+    sigc::signal<void(const LinkOutcome&)> m_localFileOpened;
     sigc::signal<void(const std::vector<Uuid>&)> m_trashed;
 };
 

@@ -1,5 +1,6 @@
 #include "library/NoteListing.h"
 
+#include "library/RowKeys.h"
 #include "model/ViewContext.h"
 
 #include <algorithm>
@@ -50,14 +51,6 @@ SqlTable makeFixedSql() {
         }
     }
     return table;
-}
-
-std::vector<RowId> readRows(Query& query) {
-    std::vector<RowId> rows;
-    while (query.next()) {
-        rows.push_back(query.integer(0));
-    }
-    return rows;
 }
 
 // Its one parameter is the limit.
@@ -116,7 +109,7 @@ std::vector<std::int64_t> coveringTags(Database& database, const std::string& pr
         "parent.fullPath<?1)");
     const auto end = endOfPrefix(prefix);
     query.bind(prefix, end);
-    return readRows(query);
+    return keysOf(query);
 }
 
 struct TagMember {
@@ -165,7 +158,7 @@ std::vector<RowId> folderMembers(Database& database, const Uuid& folderID, std::
         " WHERE folderPk=(SELECT pk FROM folder WHERE id=?) AND isListed=1"
         " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
     query.bind(folderID, sqlLimit(limit));
-    return readRows(query);
+    return keysOf(query);
 }
 
 // Another order than the one their index has: few members are sorted by their keys, many are picked
@@ -261,7 +254,7 @@ std::vector<RowId> NoteListing::rows(const SidebarFilter& filter,
     }
     auto query = fixedQuery(database, filter.kind, static_cast<std::size_t>(sort));
     query.bind(sqlLimit(limit));
-    return readRows(query);
+    return keysOf(query);
 }
 
 bool NoteListing::contains(const SidebarFilter& filter, RowId row) const {

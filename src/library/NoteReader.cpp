@@ -1,17 +1,15 @@
 #include "library/NoteReader.h"
 
+#include "library/RowKeys.h"
+
 namespace corvel::noteReader {
 
 namespace {
 
 std::vector<std::int64_t> keysOf(Database& database, std::string_view sql, std::int64_t parameter) {
-    std::vector<std::int64_t> keys;
     auto query = database.query(sql);
     query.bind(parameter);
-    while (query.next()) {
-        keys.push_back(query.integer(0));
-    }
-    return keys;
+    return corvel::keysOf(query);
 }
 
 std::vector<Tag> readTags(Database& database, RowId row) {
@@ -19,6 +17,18 @@ std::vector<Tag> readTags(Database& database, RowId row) {
     for (const auto key :
          keysOf(database, "SELECT tagPk FROM noteTag WHERE notePk=? AND isAttached=1", row)) {
         tags.push_back(readTag(database, key));
+    }
+    return tags;
+}
+
+std::vector<Tag> readPlainTags(Database& database, RowId row) {
+    std::vector<Tag> tags;
+    auto query = database.query(
+        "SELECT id, name, fullPath FROM noteTag JOIN tag ON tag.pk=tagPk"
+        " WHERE notePk=? AND isAttached=1");
+    query.bind(row);
+    while (query.next()) {
+        tags.push_back({query.uuid(0), query.string(1), query.string(2), {}});
     }
     return tags;
 }
@@ -54,7 +64,7 @@ Note scalarsOf(const Query& query) {
 
 }  // namespace
 
-std::optional<Note> read(Database& database, RowId row) {
+std::optional<Note> read(Database& database, RowId row, Subtags subtags) {
     Note note;
     {
         auto query = database.query(
@@ -66,7 +76,7 @@ std::optional<Note> read(Database& database, RowId row) {
         if (!query.next()) return std::nullopt;
         note = scalarsOf(query);
     }
-    note.tags = readTags(database, row);
+    note.tags = subtags == Subtags::with ? readTags(database, row) : readPlainTags(database, row);
     note.folderIDs = readFolderIDs(database, row);
     return note;
 }

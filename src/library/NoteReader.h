@@ -11,8 +11,11 @@ namespace corvel::noteReader {
 
 // Records made from stored rows.
 
+/// Whether the tags of a note come with all their sub-tags, which are the same for every note.
+enum class Subtags { with, without };
+
 /// The whole note; none when there is no such row.
-std::optional<Note> read(Database& database, RowId row);
+std::optional<Note> read(Database& database, RowId row, Subtags subtags = Subtags::with);
 
 /// A tag with its sub-tags.
 Tag readTag(Database& database, std::int64_t tagKey);

@@ -66,6 +66,18 @@ std::optional<Note> NoteRepository::fetchNoteBySourceFile(const std::string& sou
         sourceFilePath);
 }
 
+std::vector<LinkedNote> NoteRepository::fetchLinkedNotes() const {
+    std::vector<LinkedNote> notes;
+    auto query = m_context.database().query(
+        "SELECT id, title, sourceFilePath, bookmarkData, isTrashed FROM note"
+        " WHERE sourceFilePath IS NOT NULL");
+    while (query.next()) {
+        notes.push_back(
+            {query.uuid(0), query.string(1), query.string(2), query.blob(3), query.boolean(4)});
+    }
+    return notes;
+}
+
 std::vector<Note> NoteRepository::search(std::string_view query) const {
     const std::string wanted = text::foldedForSearch(query);
     std::vector<RowId> hits;
@@ -109,6 +121,26 @@ void NoteRepository::update(const Note& note) {
     };
     applyAndSave(std::move(change), "update " + note.id.toString(), NoteChange::Kind::updated,
                  note.id, &note);
+}
+
+void NoteRepository::renewLink(const Uuid& id,
+                               const std::string& path,
+                               const std::vector<std::uint8_t>& bookmarkData) {
+    const auto note = fetchNote(id);
+    if (!note || !note->bookmarkData) return;
+    auto change = [id, path, bookmarkData](Database& database) {
+        database
+            .query(
+                "UPDATE note SET sourceFilePath=?, bookmarkData=?"
+                " WHERE id=? AND bookmarkData IS NOT NULL")
+            .bind(path, bookmarkData, id)
+            .run();
+    };
+    if (path != note->sourceFilePath) {
+        return applyAndSave(std::move(change), {}, NoteChange::Kind::stateChanged, id, nullptr);
+    }
+    m_context.apply(std::move(change), "link " + id.toString());
+    m_context.save();
 }
 
 void NoteRepository::togglePin(const Uuid& id) {

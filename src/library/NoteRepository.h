@@ -22,6 +22,15 @@ struct NoteChange {
     const Note* note = nullptr;  ///< what was written; set for `created` and `updated`
 };
 
+/// A note that mirrors a file, without its text.
+struct LinkedNote {
+    Uuid id;
+    std::string title;
+    std::string path;  ///< any bytes
+    std::vector<std::uint8_t> bookmarkData;
+    bool isTrashed = false;
+};
+
 /// The only code that reads and writes note entities.
 class NoteRepository : public NoteRepositoryProtocol {
 public:
@@ -39,6 +48,14 @@ public:
     void moveToTrash(const Uuid& id) override;
     void restoreFromTrash(const Uuid& id) override;
     void deletePermanently(const Uuid& id) override;
+
+    /// Every note that mirrors a file, those in archive and trash included.
+    std::vector<LinkedNote> fetchLinkedNotes() const;
+    /// Where the file of note `id` is now: no change of the note. Announced only when the path is
+    /// another one.
+    void renewLink(const Uuid& id,
+                   const std::string& path,
+                   const std::vector<std::uint8_t>& bookmarkData);
 
     /// As `create`, left unsaved and unannounced: for an import, which saves many at once and then
     /// has lists and the search index read the store anew.

@@ -1,6 +1,7 @@
 #include "library/NoteState.h"
 
 #include "library/CountChanges.h"
+#include "library/RowKeys.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,12 +11,9 @@ namespace corvel {
 namespace {
 
 std::vector<std::int64_t> readKeys(Database& database, std::string_view sql, RowId row) {
-    std::vector<std::int64_t> keys;
     auto query = database.query(sql);
     query.bind(row);
-    while (query.next()) {
-        keys.push_back(query.integer(0));
-    }
+    auto keys = keysOf(query);
     std::sort(keys.begin(), keys.end());
     return keys;
 }

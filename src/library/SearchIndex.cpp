@@ -4,6 +4,9 @@
 #include "library/IndexContent.h"
 #include "library/SearchSweeps.h"
 #include "platform/MainThread.h"
+#include "platform/Text.h"
+
+#include <utility>
 
 namespace corvel {
 
@@ -49,12 +52,27 @@ void SearchIndex::noteRemoved(RowId row) {
 }
 
 std::unique_ptr<SearchIndex::Sweep> SearchIndex::search(std::string_view query) const {
-    if (!isReady()) return storeScan(query);
-    return std::make_unique<IndexSweep>(m_content, text::foldedForSearch(query));
+    return sweep(TermFinder({text::foldedForSearch(query)}));
+}
+
+std::unique_ptr<SearchIndex::Sweep> SearchIndex::searchAll(
+    const std::vector<std::string>& terms) const {
+    std::vector<std::string> folded;
+    folded.reserve(terms.size());
+    for (const auto& term : terms) {
+        folded.push_back(text::foldedForSearch(term));
+    }
+    return sweep(TermFinder(std::move(folded)));
 }
 
 std::unique_ptr<SearchIndex::Sweep> SearchIndex::storeScan(std::string_view query) const {
-    return std::make_unique<StoreSweep>(m_context, m_content, text::foldedForSearch(query));
+    return std::make_unique<StoreSweep>(m_context, m_content,
+                                        TermFinder({text::foldedForSearch(query)}));
+}
+
+std::unique_ptr<SearchIndex::Sweep> SearchIndex::sweep(TermFinder finder) const {
+    if (!isReady()) return std::make_unique<StoreSweep>(m_context, m_content, std::move(finder));
+    return std::make_unique<IndexSweep>(m_content, std::move(finder));
 }
 
 std::size_t SearchIndex::memoryInBytes() const {

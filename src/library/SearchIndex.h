@@ -14,6 +14,7 @@ namespace corvel {
 
 class FoldedNoteReader;
 class IndexContent;
+class TermFinder;
 class ViewContext;
 
 /// The folded text of title and content of every note outside the trash, in memory, for "contains,
@@ -49,12 +50,16 @@ public:
     };
     /// A query that folds to nothing (empty, or marks alone) is contained in every note.
     std::unique_ptr<Sweep> search(std::string_view query) const;
+    /// The notes that contain every one of the terms, somewhere.
+    std::unique_ptr<Sweep> searchAll(const std::vector<std::string>& terms) const;
     /// The same answers, read from the store whether or not the index is ready.
     std::unique_ptr<Sweep> storeScan(std::string_view query) const;
 
     std::size_t memoryInBytes() const;
 
 private:
+    std::unique_ptr<Sweep> sweep(TermFinder finder) const;
+
     ViewContext& m_context;
     std::shared_ptr<IndexContent> m_content;
     std::unique_ptr<FoldedNoteReader> m_reader;  // until all is read

@@ -14,10 +14,8 @@ constexpr std::size_t kRunSize = 256 * 1024;
 
 }  // namespace
 
-IndexSweep::IndexSweep(std::shared_ptr<const IndexContent> content, std::string foldedQuery)
-    : m_content(std::move(content))
-    , m_finder(std::move(foldedQuery))
-    , m_version(m_content->version()) {}
+IndexSweep::IndexSweep(std::shared_ptr<const IndexContent> content, TermFinder finder)
+    : m_content(std::move(content)), m_finder(std::move(finder)), m_version(m_content->version()) {}
 
 /// One call of `next`: the chunks and the recent notes as two streams in one order.
 class IndexSweep::Run {
@@ -72,14 +70,14 @@ private:
     bool takeRecent() {
         const NoteKey bound = mainKey();
         while (m_recent != m_content.recent().end() && m_recent->first < bound) {
-            if (m_finder.findIn(m_recent->second) != std::string::npos) take(m_recent->first);
+            if (m_finder.hasAll(m_recent->second)) take(m_recent->first);
             ++m_recent;
             if (m_isFull || Clock::now() >= m_deadline) return false;
         }
         return !m_isFull;
     }
 
-    // Searches some notes of one chunk up to the first hit.
+    // Searches some notes of one chunk up to the first place of the longest term.
     void searchSome() {
         const IndexChunk& chunk = m_content.chunks()[m_chunk];
         const std::size_t begin = chunk.beginOf(m_entry);
@@ -91,7 +89,8 @@ private:
         }
         m_entry = chunk.entryAt(found);
         const NoteKey key = chunk.keyAt(m_entry);
-        const bool isValid = !m_content.isHidden(key.row);
+        const bool isValid =
+            !m_content.isHidden(key.row) && m_finder.hasOthers(chunk.textAt(m_entry));
         if (!isValid || (takeRecent() && !m_isFull)) {
             if (isValid) take(key);
             moveTo(m_entry + 1);
@@ -106,7 +105,7 @@ private:
     }
 
     const IndexContent& m_content;
-    const TextFinder& m_finder;
+    const TermFinder& m_finder;
     std::size_t m_limit;
     Clock::time_point m_deadline;
     IndexContent::Recent::const_iterator m_recent;
@@ -131,10 +130,10 @@ std::vector<RowId> IndexSweep::next(std::size_t limit, std::chrono::milliseconds
 
 StoreSweep::StoreSweep(ViewContext& context,
                        std::shared_ptr<const IndexContent> content,
-                       std::string foldedQuery)
+                       TermFinder finder)
     : m_reader(context)
     , m_content(std::move(content))
-    , m_finder(std::move(foldedQuery))
+    , m_finder(std::move(finder))
     , m_version(m_content->version()) {}
 
 std::vector<RowId> StoreSweep::next(std::size_t limit, std::chrono::milliseconds budget) {
@@ -145,8 +144,8 @@ std::vector<RowId> StoreSweep::next(std::size_t limit, std::chrono::milliseconds
     while (!m_isFinished && hits.size() < limit) {
         const auto step = m_reader.step();
         m_isFinished = step == FoldedNoteReader::Step::finished;
-        const bool isHit = step == FoldedNoteReader::Step::haveNote &&
-                           m_finder.findIn(m_reader.note().text) != std::string::npos;
+        const bool isHit =
+            step == FoldedNoteReader::Step::haveNote && m_finder.hasAll(m_reader.note().text);
         if (isHit) hits.push_back(m_reader.note().key.row);
         if (Clock::now() >= deadline) break;
     }

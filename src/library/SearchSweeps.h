@@ -3,7 +3,7 @@
 #include "library/FoldedNoteReader.h"
 #include "library/IndexContent.h"
 #include "library/SearchIndex.h"
-#include "platform/TextFinder.h"
+#include "library/TermFinder.h"
 
 #include <memory>
 #include <string>
@@ -14,7 +14,7 @@ namespace corvel {
 /// results, so tidying does not disturb it.
 class IndexSweep : public SearchIndex::Sweep {
 public:
-    IndexSweep(std::shared_ptr<const IndexContent> content, std::string foldedQuery);
+    IndexSweep(std::shared_ptr<const IndexContent> content, TermFinder finder);
 
     std::vector<RowId> next(std::size_t limit, std::chrono::milliseconds budget) override;
     bool isFinished() const override { return m_isFinished; }
@@ -23,7 +23,7 @@ public:
 private:
     class Run;
     std::shared_ptr<const IndexContent> m_content;
-    TextFinder m_finder;
+    TermFinder m_finder;
     std::uint64_t m_version;
     NoteKey m_frontier = NoteKey::first();
     bool m_isFinished = false;
@@ -34,7 +34,7 @@ class StoreSweep : public SearchIndex::Sweep {
 public:
     StoreSweep(ViewContext& context,
                std::shared_ptr<const IndexContent> content,
-               std::string foldedQuery);
+               TermFinder finder);
 
     std::vector<RowId> next(std::size_t limit, std::chrono::milliseconds budget) override;
     bool isFinished() const override { return m_isFinished; }
@@ -43,7 +43,7 @@ public:
 private:
     FoldedNoteReader m_reader;
     std::shared_ptr<const IndexContent> m_content;
-    TextFinder m_finder;
+    TermFinder m_finder;
     std::uint64_t m_version;
     bool m_isFinished = false;
 };

@@ -37,27 +37,40 @@ private:
     std::size_t endOf(std::size_t position) const {
         return position + 1 < m_begins.size() ? m_begins[position + 1] - 1 : m_text.size();
     }
+    WordHeads headsAt(std::size_t position) const {
+        return {m_headLetters[position], m_headPairs[position]};
+    }
+    /// The first at or after `from` that has all bits of `wanted`, or their number.
+    static std::size_t findWith(const std::vector<std::uint32_t>& masks,
+                                std::uint32_t wanted,
+                                std::size_t from);
     std::size_t positionAt(std::size_t offset, std::size_t from) const;
     static std::size_t countUpTo(const Hits& hits, MatchRank rank);
 
     /// Calls `take` with the position of each title that `finder` finds, until it returns false.
     template <typename Take>
-    void sweep(const TextFinder& finder, std::size_t skipped, Take take) const;
+    void sweep(const TextFinder& finder, Take take) const;
     template <typename Take>
     void searchPieces(const FuzzyQuery& query, std::size_t limit, Take take, Hits& hits) const;
+    template <typename Take>
+    void searchWordStarts(
+        const FuzzyQuery& query, std::size_t limit, std::size_t from, Take take, Hits& hits) const;
     template <typename Take>
     void searchLetters(const FuzzyQuery& query, std::size_t limit, Take take, Hits& hits) const;
 
     std::string m_text;
     std::vector<std::size_t> m_begins;
     std::vector<RowId> m_rows;
-    static constexpr std::size_t kMostTries = 10'000;
+    // Behind so many, the older notes with a slightly better rank are not worth a key's time.
+    static constexpr std::size_t kMostTries = 500;
+    // A piece that is met more often, with too few titles that begin with it, is sought only where
+    // it begins a word.
+    static constexpr std::size_t kMostPieces = 300;
 
-    struct Letters {
-        std::uint64_t all;
-        std::uint64_t initial;  ///< those that begin a word
-    };
-    std::vector<Letters> m_letters;
+    // Not in a record: a key reads one of them for all titles.
+    std::vector<std::uint32_t> m_letters;
+    std::vector<std::uint32_t> m_headLetters;
+    std::vector<std::uint32_t> m_headPairs;
 };
 
 template <typename IsWanted>
@@ -71,63 +84,85 @@ void TitleSegment::search(const FuzzyQuery& query,
         if (rows.size() < limit && isWanted(m_rows[position])) rows.push_back(m_rows[position]);
         return rows.size() < limit;
     };
-    searchPieces(query, limit, take, hits);
-    if (countUpTo(hits, MatchRank::inside) < limit && !query.isEmpty()) {
-        searchLetters(query, limit, take, hits);
+    if (query.isEmpty()) {
+        for (std::size_t i = 0; i < size() && take(i, MatchRank::start);)
+            ++i;
+        return;
     }
+    searchPieces(query, limit, take, hits);
+    if (countUpTo(hits, MatchRank::inside) < limit) searchLetters(query, limit, take, hits);
 }
 
 template <typename Take>
-void TitleSegment::sweep(const TextFinder& finder, std::size_t skipped, Take take) const {
+void TitleSegment::sweep(const TextFinder& finder, Take take) const {
     std::size_t position = 0;
     for (auto at = finder.findIn(m_text); at < m_text.size();) {
-        position = positionAt(at + skipped, position);
+        position = positionAt(at, position);
         if (!take(position)) return;
         at = finder.findIn(m_text, endOf(position));
     }
 }
 
-// A sweep for each rank, so that a common piece that begins no word is not looked at more often
-// than there is room for.
+// One sweep for all three ranks, as long as the piece is rare.
 template <typename Take>
 void TitleSegment::searchPieces(const FuzzyQuery& query,
                                 std::size_t limit,
                                 Take take,
                                 Hits& hits) const {
-    const std::string& sought = query.finder().sought();
-    sweep(TextFinder("\n" + sought), 1,
-          [&](std::size_t position) { return take(position, MatchRank::start); });
-    if (countUpTo(hits, MatchRank::start) >= limit || sought.empty()) return;
-    for (const auto rank : {MatchRank::wordStart, MatchRank::inside}) {
-        const TextFinder spaced(" " + sought);
-        sweep(rank == MatchRank::wordStart ? spaced : query.finder(), 0, [&](std::size_t position) {
-            const bool isOfRank = query.rankOfPiece(titleAt(position)) == rank;
-            return !isOfRank || take(position, rank);
-        });
-        if (countUpTo(hits, rank) >= limit) return;
+    std::size_t looked = 0;
+    std::size_t next = size();
+    sweep(query.finder(), [&](std::size_t position) {
+        const auto rank = query.rankOfPiece(titleAt(position));
+        if (rank) take(position, *rank);
+        if (countUpTo(hits, MatchRank::start) >= limit) return false;
+        if (++looked < kMostPieces || countUpTo(hits, MatchRank::inside) < limit) return true;
+        next = position + 1;
+        return false;
+    });
+    searchWordStarts(query, limit, next, take, hits);
+}
+
+// Titles that have the piece inside of a word are passed over: by now there are enough of them.
+template <typename Take>
+void TitleSegment::searchWordStarts(
+    const FuzzyQuery& query, std::size_t limit, std::size_t from, Take take, Hits& hits) const {
+    const auto& [letters, pairs] = query.head();
+    const auto& rarer = pairs == 0 ? m_headLetters : m_headPairs;
+    const auto wanted = pairs == 0 ? letters : pairs;
+    for (auto position = findWith(rarer, wanted, from); position < size();
+         position = findWith(rarer, wanted, position + 1)) {
+        if ((m_headLetters[position] & letters) != letters) continue;
+        const auto rank = query.rankOfPiece(titleAt(position));
+        if (rank && *rank != MatchRank::inside) take(position, *rank);
+        if (countUpTo(hits, MatchRank::start) >= limit) return;
     }
 }
 
+// Scattered letters are found in the newest titles that have them; older ones only count if the
+// letters begin words.
 template <typename Take>
 void TitleSegment::searchLetters(const FuzzyQuery& query,
                                  std::size_t limit,
                                  Take take,
                                  Hits& hits) const {
-    bool takesScattered = true;
-    std::size_t tries = 0;
-    for (std::size_t position = 0; position < m_rows.size(); ++position) {
-        const Letters& letters = m_letters[position];
-        const bool mayBeginWords = query.mayBegin(letters.initial);
-        if (!query.mayFit(letters.all) || !(takesScattered || mayBeginWords)) continue;
-        // Behind so many, older notes with a slightly better rank are not worth a key's time.
-        if (!takesScattered && ++tries > kMostTries) return;
+    std::size_t position = 0;
+    for (bool hasRoom = true; hasRoom; ++position) {
+        position = findWith(m_letters, query.letters(), position);
+        if (position == size()) return;
         const std::string_view title = titleAt(position);
-        const auto rank = takesScattered           ? query.rankOfLetters(title)
-                          : query.fitsWords(title) ? std::optional(MatchRank::wordStarts)
-                                                   : std::nullopt;
+        const auto rank = query.rankOfLetters(title);
         if (!rank || query.rankOfPiece(title)) continue;
-        const bool hasRoom = take(position, *rank);
-        if (!hasRoom && *rank == MatchRank::scattered) takesScattered = false;
+        hasRoom = take(position, *rank) || *rank != MatchRank::scattered;
+        if (countUpTo(hits, MatchRank::wordStarts) >= limit) return;
+    }
+    for (std::size_t tries = 0; tries < kMostTries; ++position) {
+        position = findWith(m_headLetters, query.head().letters, position);
+        if (position == size()) return;
+        if (!query.mayBeginWords(headsAt(position))) continue;
+        ++tries;
+        const std::string_view title = titleAt(position);
+        if (!query.fitsWords(title) || query.rankOfPiece(title)) continue;
+        take(position, MatchRank::wordStarts);
         if (countUpTo(hits, MatchRank::wordStarts) >= limit) return;
     }
 }

@@ -1,11 +1,12 @@
 #include "markdown/LocalImage.h"
 
+#include "platform/FileBytes.h"
+#include "platform/FileDescriptor.h"
 #include "platform/Paths.h"
 
 #include <fcntl.h>
 #include <glib.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -30,20 +31,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 9> kMimeType
     {"heic", "image/heic"},
 }};
 
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int number) : m_number(number) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (m_number >= 0) close(m_number);
-    }
-    int get() const { return m_number; }
-
-private:
-    int m_number;
-};
-
 bool liesIn(const std::filesystem::path& path, const std::filesystem::path& folder) {
     return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
@@ -58,20 +45,6 @@ bool isAllowed(int file) {
     }
     const auto own = std::filesystem::weakly_canonical(paths::applicationSupport(), error);
     return !error && !liesIn(real, own);
-}
-
-std::optional<std::vector<std::uint8_t>> readAll(int file, std::size_t size) {
-    std::vector<std::uint8_t> bytes(size);
-    std::size_t filled = 0;
-    while (filled < size) {
-        const ssize_t count = read(file, bytes.data() + filled, size - filled);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return std::nullopt;
-        if (count == 0) break;
-        filled += static_cast<std::size_t>(count);
-    }
-    bytes.resize(filled);
-    return bytes;
 }
 
 }  // namespace
@@ -109,14 +82,14 @@ std::optional<std::vector<std::uint8_t>> readLocalImage(const std::string& path)
     if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos) {
         return std::nullopt;
     }
-    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
     if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
     if (!S_ISREG(status.st_mode) || std::cmp_greater(status.st_size, kSizeLimit)) {
         return std::nullopt;
     }
     if (!isAllowed(file.get())) return std::nullopt;
-    return readAll(file.get(), static_cast<std::size_t>(status.st_size));
+    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
 }
 
 }  // namespace corvel

@@ -1,7 +1,7 @@
 #include "markdown/PreviewPage.h"
 
 #include "markdown/HtmlEscape.h"
-#include "platform/Handle.h"
+#include "markdown/ScriptHash.h"
 
 #include <glib.h>
 
@@ -168,14 +168,7 @@ std::string PreviewPage::html(std::string_view stylesheet, std::string_view body
 }
 
 std::string PreviewPage::scriptHash() {
-    const Handle<GChecksum, g_checksum_free> checksum(g_checksum_new(G_CHECKSUM_SHA256));
-    g_checksum_update(checksum.get(), reinterpret_cast<const guchar*>(kScript.data()),
-                      static_cast<gssize>(kScript.size()));
-    std::array<guchar, 32> digest{};
-    gsize length = digest.size();
-    g_checksum_get_digest(checksum.get(), digest.data(), &length);
-    const Handle<gchar, g_free> encoded(g_base64_encode(digest.data(), length));
-    return std::string("sha256-") + encoded.get();
+    return scriptHashOf(kScript);
 }
 
 std::string PreviewPage::updateScript(std::string_view body) {

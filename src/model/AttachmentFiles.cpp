@@ -67,9 +67,11 @@ void AttachmentFiles::write(const Uuid& id, const std::vector<std::uint8_t>& dat
     std::error_code ignored;
     std::filesystem::create_directories(m_folder, ignored);
     const auto path = pathOf(id);
+    // A backup may have a link to an older file of this name, which has to stay as it is.
+    std::filesystem::remove(path, ignored);
     try {
         const FileDescriptor file(
-            ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+            ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
         if (file.get() < 0) throwErrno(path);
         writeAll(file.get(), data, path);
         syncFolder(m_folder);

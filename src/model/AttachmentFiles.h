@@ -31,9 +31,13 @@ public:
     /// Removes every file whose id is not in `named`.
     void sweep(const std::unordered_set<Uuid>& named) const;
 
-private:
+    /// Where the file of an attachment lies or would lie. A file never changes once it is written:
+    /// it may be linked to.
     std::filesystem::path pathOf(const Uuid& id) const;
+    /// Empty for the store in memory.
+    const std::filesystem::path& folder() const { return m_folder; }
 
+private:
     std::filesystem::path m_folder;
 };
 

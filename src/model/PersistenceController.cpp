@@ -1,7 +1,9 @@
 #include "model/PersistenceController.h"
 
+#include "model/PendingRestore.h"
 #include "model/SampleNotes.h"
 #include "model/Schema.h"
+#include "model/StoreFiles.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
 
@@ -14,10 +16,6 @@
 namespace corvel {
 
 namespace {
-
-constexpr const char* kStoreFile = "qnoCorvel.sqlite";
-constexpr const char* kAttachmentFolder = "qnoCorvel_files";
-constexpr const char* kDraftFolder = "qnoCorvel_drafts";
 
 void sweepAttachments(Database& database, const AttachmentFiles& files) {
     std::unordered_set<Uuid> named;
@@ -87,11 +85,13 @@ void PersistenceController::open(Storage storage, const std::filesystem::path& f
 void PersistenceController::openOnDisk(const std::filesystem::path& folder) {
     std::error_code ignored;
     std::filesystem::create_directories(folder, ignored);
-    const auto file = folder / kStoreFile;
+    const auto file = folder / storeFiles::kStore;
     m_lock = std::make_unique<Lock>(file.string() + ".lock");
+    pendingRestore::finish(folder);
+    m_folder = folder;
     m_database = std::make_unique<Database>(file);
-    m_attachmentFiles = std::make_unique<AttachmentFiles>(folder / kAttachmentFolder);
-    m_draftFolder = folder / kDraftFolder;
+    m_attachmentFiles = std::make_unique<AttachmentFiles>(folder / storeFiles::kAttachments);
+    m_draftFolder = folder / storeFiles::kDrafts;
 }
 
 void PersistenceController::save() {

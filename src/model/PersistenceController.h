@@ -26,6 +26,8 @@ public:
 
     ViewContext& viewContext() { return *m_context; }
     const AttachmentFiles& attachmentFiles() const { return *m_attachmentFiles; }
+    /// The folder that the store file lies in; empty in memory.
+    const std::filesystem::path& folder() const { return m_folder; }
     /// The folder beside the store file for words that are not saved yet; empty in memory.
     const std::filesystem::path& draftFolder() const { return m_draftFolder; }
     /// True for the store on disk: the one that a mirroring service would mirror.
@@ -43,6 +45,7 @@ private:
     std::unique_ptr<Database> m_database;
     std::unique_ptr<ViewContext> m_context;
     std::unique_ptr<AttachmentFiles> m_attachmentFiles;
+    std::filesystem::path m_folder;
     std::filesystem::path m_draftFolder;
     bool m_iCloudEnabled;
 };

@@ -8,9 +8,7 @@
 
 namespace corvel {
 
-namespace {
-
-StoreFault faultOf(int code) {
+StoreFault faultOfSqlite(int code) {
     switch (code & 0xFF) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
@@ -36,8 +34,10 @@ StoreFault faultOf(int code) {
     }
 }
 
+namespace {
+
 [[noreturn]] void throwStoreError(const SQLite::Exception& error) {
-    throw StoreError(faultOf(error.getErrorCode()), error.what());
+    throw StoreError(faultOfSqlite(error.getErrorCode()), error.what());
 }
 
 template <typename Work>
@@ -68,7 +68,7 @@ Query::~Query() {
 
 void Query::check(int result) const {
     if (result != SQLITE_OK)
-        throw StoreError(faultOf(result), sqlite3_errmsg(m_database->handle()));
+        throw StoreError(faultOfSqlite(result), sqlite3_errmsg(m_database->handle()));
 }
 
 void Query::bindAt(int position, std::int64_t value) {
@@ -179,7 +179,7 @@ StatementHandle Database::prepare(std::string_view sql) {
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
                                           SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
-    if (result != SQLITE_OK) throw StoreError(faultOf(result), sqlite3_errmsg(handle()));
+    if (result != SQLITE_OK) throw StoreError(faultOfSqlite(result), sqlite3_errmsg(handle()));
     return StatementHandle(statement);
 }
 

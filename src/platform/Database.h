@@ -21,6 +21,9 @@ namespace corvel {
 
 class Database;
 
+/// What an error code of SQLite means.
+StoreFault faultOfSqlite(int code);
+
 /// A prepared statement. Rows are read through SQLite's own functions: a list of a hundred thousand
 /// rows is read in one go.
 using StatementHandle = Handle<sqlite3_stmt, sqlite3_finalize>;

@@ -16,6 +16,7 @@ using Status = SecretStore::Status;
 constexpr Status kBusStatus = -1000;
 constexpr Status kInputOutputStatus = -2000;
 constexpr Status kUnknown = -1;
+constexpr Status kDone = SecretStore::kDone;
 
 const SecretSchema kSchema{"com.qno.corvel",
                            SECRET_SCHEMA_NONE,
@@ -56,6 +57,9 @@ struct Waiting {
     }
     template <typename... Arguments>
     void answer(Arguments&&... arguments) {
+        // libsecret would keep its session with the password store for good, and then fail at
+        // everything once that has been started anew.
+        secret_service_disconnect();
         if (g_cancellable_is_cancelled(cancellable.get()) == FALSE) {
             done(std::forward<Arguments>(arguments)...);
         }
@@ -63,7 +67,7 @@ struct Waiting {
 };
 
 using WaitingForSecret = Waiting<std::function<void(std::optional<std::string>)>>;
-using WaitingForItem = Waiting<std::function<void(bool)>>;
+using WaitingForItem = Waiting<std::function<void(bool, Status)>>;
 using WaitingForStatus = Waiting<std::function<void(Status)>>;
 
 void secretCame(GObject*, GAsyncResult* result, gpointer data) {
@@ -78,24 +82,26 @@ void secretCame(GObject*, GAsyncResult* result, gpointer data) {
 }
 
 void itemsCame(GObject*, GAsyncResult* result, gpointer data) {
-    GList* items = secret_password_search_finish(result, nullptr);
+    GError* raw = nullptr;
+    GList* items = secret_password_search_finish(result, &raw);
+    const ErrorHandle error(raw);
     const bool isThere = items != nullptr;
     g_list_free_full(items, g_object_unref);
-    WaitingForItem::taken(data)->answer(isThere);
+    WaitingForItem::taken(data)->answer(isThere, raw == nullptr ? kDone : statusOf(raw));
 }
 
 void stored(GObject*, GAsyncResult* result, gpointer data) {
     GError* raw = nullptr;
     const bool isDone = secret_password_store_finish(result, &raw) != FALSE;
     const ErrorHandle error(raw);
-    WaitingForStatus::taken(data)->answer(isDone ? SecretStore::kDone : statusOf(raw));
+    WaitingForStatus::taken(data)->answer(isDone ? kDone : statusOf(raw));
 }
 
 void cleared(GObject*, GAsyncResult* result, gpointer data) {
     GError* raw = nullptr;
     secret_password_clear_finish(result, &raw);
     const ErrorHandle error(raw);
-    WaitingForStatus::taken(data)->answer(raw == nullptr ? SecretStore::kDone : statusOf(raw));
+    WaitingForStatus::taken(data)->answer(raw == nullptr ? kDone : statusOf(raw));
 }
 
 }  // namespace
@@ -112,7 +118,7 @@ void SecretStore::lookUp(const Item& item, std::function<void(std::optional<std:
                            item.service.c_str(), "account", item.account.c_str(), nullptr);
 }
 
-void SecretStore::contains(const Item& item, std::function<void(bool)> done) {
+void SecretStore::contains(const Item& item, std::function<void(bool, Status)> done) {
     secret_password_search(&kSchema, SECRET_SEARCH_NONE, m_cancellable.get(), itemsCame,
                            WaitingForItem::make(std::move(done), m_cancellable.get()), "service",
                            item.service.c_str(), "account", item.account.c_str(), nullptr);
@@ -134,6 +140,10 @@ void SecretStore::remove(const Item& item, std::function<void(Status)> done) {
     secret_password_clear(&kSchema, m_cancellable.get(), cleared,
                           WaitingForStatus::make(std::move(done), m_cancellable.get()), "service",
                           item.service.c_str(), "account", item.account.c_str(), nullptr);
+}
+
+bool SecretStore::isLocked(Status status) {
+    return status == SECRET_ERROR_IS_LOCKED || status == kInputOutputStatus - G_IO_ERROR_CANCELLED;
 }
 
 bool SecretStore::isServiceMissing(Status status) {

@@ -34,8 +34,9 @@ public:
 
     /// Gives none when there is no such item or it cannot be read.
     void lookUp(const Item& item, std::function<void(std::optional<std::string> secret)> done);
-    /// Whether there is such an item, locked or not. Never asks the user.
-    void contains(const Item& item, std::function<void(bool isThere)> done);
+    /// Whether there is such an item, locked or not, and whether that could be found out. Never
+    /// asks the user.
+    void contains(const Item& item, std::function<void(bool isThere, Status status)> done);
     /// Adds an item, shown to the user under `label`. One of the same name is replaced.
     void add(const Item& item,
              const std::string& label,
@@ -44,6 +45,8 @@ public:
     /// Removes every item of that name.
     void remove(const Item& item, std::function<void(Status status)> done);
 
+    /// Whether a status says that the store stayed locked, or that the user refused to open it.
+    static bool isLocked(Status status);
     /// Whether a status says that no password store runs here.
     static bool isServiceMissing(Status status);
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvel::text {
 
@@ -36,6 +37,10 @@ std::string_view prefixByBytes(std::string_view text, std::size_t size);
 /// Word tokens by the word-break rules of UAX #29: segments with a letter, a digit, kana or an
 /// ideograph.
 std::int32_t wordCount(std::string_view text);
+
+/// Where the segments of UAX #29 end, in bytes: words, and what stands between them, each by
+/// itself. The last is the text's size; none of an empty text.
+std::vector<std::size_t> wordBreaks(std::string_view text);
 
 /// The first `count` user-perceived characters (extended grapheme clusters, UAX #29).
 std::string_view prefixByGraphemes(std::string_view text, std::size_t count);

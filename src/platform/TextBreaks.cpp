@@ -233,6 +233,15 @@ std::int32_t wordCount(std::string_view text) {
     return WordScanner(text).count();
 }
 
+std::vector<std::size_t> wordBreaks(std::string_view text) {
+    static Breaks words(icu::BreakIterator::createWordInstance);
+    auto& iterator = words.over(text);
+    std::vector<std::size_t> ends;
+    for (auto end = iterator.next(); end != icu::BreakIterator::DONE; end = iterator.next())
+        ends.push_back(static_cast<std::size_t>(end));
+    return ends;
+}
+
 std::string_view prefixByGraphemes(std::string_view text, std::size_t count) {
     std::size_t plain = 0;
     std::size_t counted = 0;

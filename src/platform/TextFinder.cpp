@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 #include <utility>
+#include <vector>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -32,20 +34,18 @@ TextFinder::TextFinder(std::string sought) : m_sought(std::move(sought)) {
 }
 
 void TextFinder::chooseBytes() {
-    const auto rarer = [this](std::size_t a, std::size_t b) {
-        return commonness(m_sought[a]) < commonness(m_sought[b]);
-    };
-    for (std::size_t i = 1; i < m_sought.size(); ++i) {
-        if (rarer(i, m_first)) m_first = i;
-    }
-    m_second = m_first == 0 ? 1 : 0;
-    for (std::size_t i = 0; i < m_sought.size(); ++i) {
-        if (i != m_first && rarer(i, m_second)) m_second = i;
-    }
+    std::vector<std::size_t> offsets(m_sought.size());
+    std::iota(offsets.begin(), offsets.end(), std::size_t{0});
+    std::ranges::stable_sort(offsets, {},
+                             [this](std::size_t i) { return commonness(m_sought[i]); });
+    m_first = offsets[0];
+    m_second = offsets[1];
+    m_third = offsets[std::min<std::size_t>(2, offsets.size() - 1)];
 }
 
 bool TextFinder::isAt(const char* place) const {
-    return std::memcmp(place, m_sought.data(), m_sought.size()) == 0;
+    return place[m_third] == m_sought[m_third] &&
+           std::memcmp(place, m_sought.data(), m_sought.size()) == 0;
 }
 
 std::size_t TextFinder::findIn(std::string_view text, std::size_t from) const {

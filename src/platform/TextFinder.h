@@ -7,7 +7,8 @@
 namespace corvel {
 
 /// Finds one text in many megabytes of others. Looks for the two rarest bytes of what is sought, at
-/// their distance, a vector at a time; a long text is left to the C library, which is linear.
+/// their distance, a vector at a time, then for a third; a long text is left to the C library,
+/// which is linear.
 class TextFinder {
 public:
     explicit TextFinder(std::string sought);
@@ -26,8 +27,9 @@ private:
     static Scan bestScan();
 
     std::string m_sought;
-    std::size_t m_first = 0;  // offsets of the two bytes
+    std::size_t m_first = 0;  // offsets of the bytes
     std::size_t m_second = 0;
+    std::size_t m_third = 0;
     Scan m_scan = nullptr;
 };
 

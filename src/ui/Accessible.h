@@ -23,4 +23,15 @@ void labelControl(Control& control, const std::string& name, const std::string& 
     control.set_tooltip_text(tooltip.empty() ? name : tooltip);
 }
 
+/// A button that the toolkit put into `widget` without a name; found by its picture.
+inline Gtk::Button* buttonWithIcon(Gtk::Widget& widget, const char* icon) {
+    auto* button = dynamic_cast<Gtk::Button*>(&widget);
+    if (button != nullptr && button->get_icon_name() == icon) return button;
+    for (auto* child = widget.get_first_child(); child != nullptr;
+         child = child->get_next_sibling()) {
+        if (auto* found = buttonWithIcon(*child, icon)) return found;
+    }
+    return nullptr;
+}
+
 }  // namespace corvel

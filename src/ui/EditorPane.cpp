@@ -60,7 +60,7 @@ EditorPane::EditorPane(const Preferences& preferences, ThemeManager& themes)
 }
 
 void EditorPane::open(const Uuid& id, const std::string& content) {
-    m_isPartial = content.size() > kMostEditable;
+    m_isPartial = !canEdit(content);
     const std::string usable =
         text::repaired(m_isPartial ? text::prefixByBytes(content, kShownOfMore) : content);
     m_isLarge = usable.size() > kLargeText;
@@ -68,6 +68,10 @@ void EditorPane::open(const Uuid& id, const std::string& content) {
     m_noteID = id;
     showBuffer(m_buffers.bufferFor(id, usable));
     m_edits.follow(m_buffer);
+}
+
+bool EditorPane::canEdit(const std::string& content) {
+    return content.size() <= kMostEditable;
 }
 
 void EditorPane::close() {

@@ -38,6 +38,13 @@ public:
     Gtk::TextView& textView() { return *m_view; }
     bool hasTextFocus() const { return m_view->has_focus(); }
 
+    /// The buffer of a note that is perhaps not shown, holding `content`.
+    Glib::RefPtr<Gtk::TextBuffer> bufferOf(const Uuid& id, const std::string& content) {
+        return m_buffers.bufferFor(id, content);
+    }
+    /// False for what would be shown in part, for reading only.
+    static bool canEdit(const std::string& content);
+
     /// The user changed the text; cheap.
     sigc::signal<void(const TextEdit&)>& signalEdited() { return m_edits.signalEdited(); }
 

@@ -1,9 +1,11 @@
 #include "ui/ExportSheet.h"
 
 #include "app/Texts.h"
+#include "app/texts/DesktopTexts.h"
 #include "export/ExportTexts.h"
 #include "ui/Accessible.h"
 #include "ui/Adw.h"
+#include "ui/TextScale.h"
 
 #include <gdk/gdkkeysyms.h>
 #include <glibmm/main.h>
@@ -50,11 +52,12 @@ ExportSheet::ExportSheet(Gtk::Window& parent,
     : m_session(session)
     , m_toasts(toasts)
     , m_work(std::move(work))
-    , m_rows(m_work->options, session.texts) {
+    , m_rows(m_work->options, session.texts)
+    , m_notice(session.texts) {
     m_window.set_transient_for(parent);
     m_window.set_modal(true);
     m_window.set_resizable(false);
-    m_window.set_default_size(kWidth, -1);
+    m_window.set_default_size(widthForText(kWidth), -1);
     build();
     connect();
     relabel();
@@ -110,7 +113,10 @@ void ExportSheet::buildHeader(Gtk::Box& content) {
 
 void ExportSheet::connect() {
     m_work->signalChanged().connect([this] { follow(); });
-    m_work->signalReady().connect([this] { askForPlace(); });
+    m_work->signalReady().connect([this] {
+        tellReady();
+        askForPlace();
+    });
     m_work->signalFinished().connect([this] { finished(); });
     m_export.signal_clicked().connect([this] { begin(); });
     m_cancel.signal_clicked().connect([this] { m_window.close(); });
@@ -189,6 +195,7 @@ void ExportSheet::begin() {
     if (m_work->hasSeveral()) {
         askForFolder();
     } else {
+        m_notice.start();
         m_work->start();
     }
 }
@@ -224,22 +231,36 @@ void ExportSheet::askForFolder() {
     openChooser(Gtk::FileChooser::Action::SELECT_FOLDER, texts::exportChooseFolder,
                 [this](const std::string& path) {
                     m_place = m_session.texts.notes(static_cast<int>(m_work->count()));
+                    m_folder = path;
+                    m_notice.start();
                     m_work->startInto(path);
                 });
     m_chooser->show();
 }
 
+void ExportSheet::tellReady() const {
+    const auto& say = m_session.texts;
+    m_notice.ended(say(texts::exportWaits),
+                   say.format(texts::exportWaitsDetail, {m_work->suggestedName()}));
+}
+
 void ExportSheet::finished() {
-    m_toasts.show(m_session.texts.format(texts::exportDone, {m_place}));
+    const auto& say = m_session.texts;
+    const auto news = say.format(texts::exportDone, {m_place});
+    m_toasts.show(news);
+    if (!m_folder.empty()) m_notice.ended(say(texts::exportEnded), news, m_folder);
     m_window.close();
 }
 
-// Closing ends what runs. The sheet goes when the call that closed it has returned.
+// Closing ends what runs. The sheet goes when the call that closed it has returned; it may be asked
+// again before.
 bool ExportSheet::close() {
     m_work->cancel();
     m_chooser.reset();
     m_window.hide();
-    Glib::signal_idle().connect_once([this] { delete this; });
+    if (!std::exchange(m_isClosed, true)) {
+        Glib::signal_idle().connect_once([this] { delete this; });
+    }
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "app/ExportSession.h"
 #include "app/Session.h"
 #include "ui/ExportRows.h"
+#include "ui/LongWorkNotice.h"
 #include "ui/Toasts.h"
 
 #include <gtkmm/button.h>
@@ -47,6 +48,7 @@ private:
     void openChooser(Gtk::FileChooser::Action action,
                      const Text& title,
                      std::function<void(const std::string& path)> chosen);
+    void tellReady() const;
     void finished();
     bool close();
 
@@ -58,15 +60,18 @@ private:
     Gtk::Button m_cancel;
     Gtk::Button m_export;
     ExportRows m_rows;
+    LongWorkNotice m_notice;
     Gtk::Revealer m_progress;
     Gtk::Label m_progressText;
     Gtk::ProgressBar m_bar;
     Gtk::Label m_error;
     Glib::RefPtr<Gtk::FileChooserNative> m_chooser;
     std::string m_place;  // name of what was written, for the toast
+    std::filesystem::path m_folder;
     ScopedConnection m_pulse;
     ScopedConnection m_patience;
     ScopedConnection m_preferences;
+    bool m_isClosed = false;
 };
 
 }  // namespace corvel

@@ -1,10 +1,12 @@
 #include "ui/FatalWindow.h"
 
 #include "app/Texts.h"
+#include "app/texts/StoreTexts.h"
 #include "platform/Paths.h"
 #include "ui/Adw.h"
 
 #include <gdkmm/display.h>
+#include <glibmm/convert.h>
 
 #include <string>
 
@@ -15,9 +17,12 @@ void showFatalWindow(std::string_view message) {
     UserDefaults defaults(paths::preferencesFile());
     const Preferences preferences(defaults);
     const Localisation texts(preferences);
+    const auto folder = Glib::filename_display_name(paths::applicationSupport().string());
+    const auto body =
+        std::string(message) + "\n\n" + texts.format(texts::cannotStartDetail, {folder});
     auto* loop = g_main_loop_new(nullptr, FALSE);
     auto* dialog = ADW_MESSAGE_DIALOG(
-        adw_message_dialog_new(nullptr, texts(texts::cannotStart), std::string(message).c_str()));
+        adw_message_dialog_new(nullptr, texts(texts::cannotStart), body.c_str()));
     adw_message_dialog_add_response(dialog, "close", texts(texts::close));
     adw_message_dialog_set_close_response(dialog, "close");
     adw_message_dialog_set_default_response(dialog, "close");

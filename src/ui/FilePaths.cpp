@@ -1,9 +1,15 @@
 #include "ui/FilePaths.h"
 
 #include "platform/Handle.h"
+#include "ui/ToolkitLanguage.h"
 
 #include <giomm/appinfo.h>
+#include <giomm/application.h>
+#include <giomm/dbusconnection.h>
 #include <glibmm/convert.h>
+#include <glibmm/variant.h>
+
+#include <tuple>
 
 namespace corvel {
 
@@ -40,7 +46,31 @@ FilePaths chosenFiles(const Gtk::FileChooserNative& chooser) {
 void openInDesktop(const std::filesystem::path& path) {
     // What the desktop cannot open it says itself.
     Gio::AppInfo::launch_default_for_uri_async(Glib::filename_to_uri(path.string()),
-                                               Gio::SlotAsyncReady());
+                                               sessionLaunchContext(), Gio::SlotAsyncReady());
+}
+
+void showInFolder(const std::filesystem::path& path) {
+    constexpr int kPatience = 5000;  // milliseconds
+    const auto application = Gio::Application::get_default();
+    const auto bus =
+        application ? application->get_dbus_connection() : Glib::RefPtr<Gio::DBus::Connection>();
+    if (!bus) return openInDesktop(path.parent_path());
+    using Call = std::tuple<std::vector<Glib::ustring>, Glib::ustring>;
+    const auto call =
+        Glib::Variant<Call>::create({{Glib::filename_to_uri(path.string())}, Glib::ustring()});
+    // The program may have been started for this alone: it waits for the answer.
+    application->hold();
+    bus->call(
+        "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1", "ShowItems", call,
+        [application, bus, path](const Glib::RefPtr<Gio::AsyncResult>& result) {
+            try {
+                bus->call_finish(result);
+            } catch (const Glib::Error&) {
+                openInDesktop(path.parent_path());
+            }
+            application->release();
+        },
+        "org.freedesktop.FileManager1", kPatience);
 }
 
 Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped) {

@@ -18,6 +18,9 @@ FilePaths chosenFiles(const Gtk::FileChooserNative& chooser);
 /// Opens a file or folder with the program the desktop has for it.
 void openInDesktop(const std::filesystem::path& path);
 
+/// Shows a file in the desktop's file manager; opens its folder where there is none that can.
+void showInFolder(const std::filesystem::path& path);
+
 /// A target for files of other programs; those that lie on this machine are handed on.
 Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped);
 

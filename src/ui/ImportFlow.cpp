@@ -1,8 +1,10 @@
 #include "ui/ImportFlow.h"
 
+#include "app/ExternalFile.h"
 #include "app/Texts.h"
+#include "app/texts/DataTexts.h"
+#include "app/texts/ImportTexts.h"
 #include "library/Notifications.h"
-#include "ui/Accessible.h"
 #include "ui/Dialogs.h"
 #include "ui/FilePaths.h"
 #include "ui/ImportReportView.h"
@@ -14,15 +16,13 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <utility>
 
 namespace corvel {
 
 namespace {
 
-/// Work shorter than this is not worth a progress bar.
-constexpr std::chrono::milliseconds kPatience{500};
+constexpr std::chrono::seconds kRefresh{1};
 constexpr std::array kPatterns{"*.md", "*.markdown", "*.mdown", "*.mkd", "*.txt"};
 
 bool isFolder(const std::filesystem::path& path) {
@@ -32,29 +32,18 @@ bool isFolder(const std::filesystem::path& path) {
 
 }  // namespace
 
-ImportFlow::ImportFlow(Session& session, Toasts& toasts) : m_session(session), m_toasts(toasts) {
-    set_transition_type(Gtk::RevealerTransitionType::SLIDE_UP);
-    auto* box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 12);
-    box->add_css_class("toolbar");
-    auto* column = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 4);
-    column->set_hexpand(true);
-    column->set_valign(Gtk::Align::CENTER);
-    column->set_margin_start(8);
-    m_label.set_xalign(0);
-    m_label.set_ellipsize(Pango::EllipsizeMode::END);
-    m_label.add_css_class("caption");
-    column->append(m_label);
-    column->append(m_bar);
-    box->append(*column);
-    box->append(m_cancel);
-    set_child(*box);
-    m_cancel.signal_clicked().connect([this] { m_session.importer.cancel(); });
+ImportFlow::ImportFlow(Session& session, Toasts& toasts)
+    : WorkBar([this] { m_session.importer.cancel(); }), m_session(session), m_toasts(toasts) {
+    m_externalFiles = session.notifications.observe(
+        notifications::importExternalFile, [this](const std::any& payload) {
+            if (const auto* file = std::any_cast<ExternalFile>(&payload))
+                importExternal(file->path);
+        });
     relabel();
 }
 
 void ImportFlow::relabel() {
-    m_cancel.set_label(m_session.texts(texts::cancel));
-    setAccessibleLabel(m_bar, m_session.texts(texts::importNotes));
+    setNames(m_session.texts(texts::importNotes), m_session.texts(texts::cancel));
 }
 
 Gtk::Window& ImportFlow::window() {
@@ -112,6 +101,10 @@ void ImportFlow::importPaths(const std::vector<std::filesystem::path>& paths) {
 
 void ImportFlow::askAboutFolders(const std::vector<std::filesystem::path>& paths) {
     if (paths.empty()) return;
+    if (paths.size() == 1) {
+        if (const auto manifest = LibraryManifest::in(paths.front()))
+            return askAboutLibrary(paths.front(), *manifest);
+    }
     const auto& texts = m_session.texts;
     auto* keep = Gtk::make_managed<Gtk::CheckButton>(texts(texts::keepSubfolders));
     keep->set_active(true);
@@ -129,6 +122,34 @@ void ImportFlow::askAboutFolders(const std::vector<std::filesystem::path>& paths
         keep);
 }
 
+// Files come one by one: they are imported together, with their images and under one report, once
+// no more follow.
+void ImportFlow::importExternal(const std::filesystem::path& path) {
+    m_external.push_back(path);
+    if (m_externalStart.connected()) return;
+    m_externalStart = Glib::signal_idle().connect(
+        [this] {
+            if (!m_session.importer.isRunning()) start(std::exchange(m_external, {}), false);
+            return false;
+        },
+        Glib::PRIORITY_LOW);
+}
+
+void ImportFlow::askAboutLibrary(const std::filesystem::path& library,
+                                 const LibraryManifest& manifest) {
+    const auto& texts = m_session.texts;
+    const auto name = Glib::filename_display_name(library.filename().string()).raw();
+    const auto notes = texts.notes(static_cast<std::int64_t>(manifest.noteCount));
+    ask(window(),
+        {texts.format(texts::importLibraryQuestion, {name}),
+         texts.format(texts::importLibraryDetail, {notes}),
+         {{"cancel", texts(texts::cancel)},
+          {"import", texts(texts::importVerb), DialogAnswer::Look::suggested}}},
+        [this, library](const std::string& answer) {
+            if (answer == "import") start({library}, true);
+        });
+}
+
 void ImportFlow::start(const std::vector<std::filesystem::path>& paths, bool keepFolders) {
     if (paths.empty()) return;
     if (m_session.importer.isRunning()) {
@@ -138,31 +159,44 @@ void ImportFlow::start(const std::vector<std::filesystem::path>& paths, bool kee
     ImportOptions options{.keepFolders = keepFolders, .intoFolder = {}};
     const auto& filter = m_session.state.sidebarFilter.get();
     if (filter.kind == SidebarFilter::Kind::folder) options.intoFolder = filter.folderID;
-    showProgress(0, paths.size());
-    m_reveal = Glib::signal_timeout().connect(
-        [this] {
-            set_reveal_child(true);
-            return false;
-        },
-        static_cast<unsigned>(kPatience.count()));
+    m_fillsEmptyList = m_session.list.noteCount() == 0;
+    m_lastShown = std::chrono::steady_clock::now();
+    showProgress(0, 0);
     m_session.importer.start(
         paths, options, [this](std::size_t done, std::size_t found) { showProgress(done, found); },
         [this](const ImportReport& report) { finished(report); });
 }
 
 void ImportFlow::showProgress(std::size_t done, std::size_t found) {
-    m_label.set_text(
-        m_session.texts.format(texts::importing, {std::to_string(done), std::to_string(found)}));
-    m_bar.set_fraction(found == 0 ? 0.0 : static_cast<double>(done) / static_cast<double>(found));
+    const auto& texts = m_session.texts;
+    if (done == 0) {
+        showWork(texts.format(texts::findingFiles, {std::to_string(found)}), std::nullopt);
+    } else {
+        showWork(texts.format(texts::importing, {std::to_string(done), std::to_string(found)}),
+                 static_cast<double>(done) / static_cast<double>(found));
+    }
+    if (m_fillsEmptyList) showWhatIsThere();
+}
+
+// A list that was empty says otherwise that there are no notes. One that is read is left alone
+// until the end: it would jump.
+void ImportFlow::showWhatIsThere() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - m_lastShown < kRefresh) return;
+    m_lastShown = now;
+    m_session.notifications.post(notifications::folderDidChange);
 }
 
 void ImportFlow::finished(const ImportReport& report) {
-    m_reveal.disconnect();
-    set_reveal_child(false);
+    workEnded();
     const auto& texts = m_session.texts;
-    const auto title =
-        texts.format(texts::imported, {texts.notes(static_cast<std::int64_t>(report.imported))});
-    if (report.skipped.empty() && report.missingImages.empty()) {
+    const auto notes = texts.notes(static_cast<std::int64_t>(report.imported));
+    auto title =
+        texts.format(report.wasCancelled ? texts::importCancelled : texts::imported, {notes});
+    if (!report.wasCancelled && report.unchanged != 0) {
+        title = texts.format(texts::importUnchanged, {notes, std::to_string(report.unchanged)});
+    }
+    if (report.skipped.empty() && report.missingImages.empty() && !report.wasCancelled) {
         m_toasts.show(title);
     } else {
         m_toasts.show(title, texts(texts::details), [this, report] { showReport(report); });
@@ -170,15 +204,21 @@ void ImportFlow::finished(const ImportReport& report) {
     m_session.notifications.post(notifications::folderDidChange);
     // The new notes are shown even when what the list holds would not.
     if (report.lastNoteID) m_session.reveal(*report.lastNoteID);
+    if (!m_external.empty()) start(std::exchange(m_external, {}), false);
 }
 
 void ImportFlow::showReport(const ImportReport& report) {
     const auto& texts = m_session.texts;
-    const auto summary =
+    auto summary =
         texts.format(texts::imported, {texts.notes(static_cast<std::int64_t>(report.imported))});
+    if (report.wasCancelled) {
+        summary +=
+            "\n" + texts.format(texts::importNotReached, {std::to_string(report.notReached)});
+    }
+    const bool hasLists = !report.skipped.empty() || !report.missingImages.empty();
     ask(
         window(), {texts(texts::importReport), summary, {{"close", texts(texts::close)}}},
-        [](const std::string&) {}, makeImportReportView(report, texts));
+        [](const std::string&) {}, hasLists ? makeImportReportView(report, texts) : nullptr);
 }
 
 }  // namespace corvel

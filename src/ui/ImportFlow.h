@@ -1,16 +1,14 @@
 #pragma once
 
 #include "app/Session.h"
+#include "library/LibraryManifest.h"
 #include "ui/Toasts.h"
+#include "ui/WorkBar.h"
 
-#include <gtkmm/box.h>
-#include <gtkmm/button.h>
 #include <gtkmm/filechoosernative.h>
-#include <gtkmm/label.h>
-#include <gtkmm/progressbar.h>
-#include <gtkmm/revealer.h>
 #include <gtkmm/window.h>
 
+#include <chrono>
 #include <filesystem>
 #include <vector>
 
@@ -18,7 +16,7 @@ namespace corvel {
 
 /// Takes Markdown files into the library: choosing, options, progress with Cancel at the foot of
 /// the list, and the report.
-class ImportFlow : public Gtk::Revealer {
+class ImportFlow : public WorkBar {
 public:
     ImportFlow(Session& session, Toasts& toasts);
 
@@ -35,19 +33,23 @@ private:
     Glib::RefPtr<Gtk::FileChooserNative> makeChooser(const Text& title,
                                                      Gtk::FileChooser::Action action) const;
     void choose(const Glib::RefPtr<Gtk::FileChooserNative>& chooser, Chosen chosen);
+    void askAboutLibrary(const std::filesystem::path& library, const LibraryManifest& manifest);
     void askAboutFolders(const std::vector<std::filesystem::path>& paths);
+    void importExternal(const std::filesystem::path& path);
     void start(const std::vector<std::filesystem::path>& paths, bool keepFolders);
     void showProgress(std::size_t done, std::size_t found);
+    void showWhatIsThere();
     void finished(const ImportReport& report);
     void showReport(const ImportReport& report);
 
     Session& m_session;
     Toasts& m_toasts;
-    Gtk::Label m_label;
-    Gtk::ProgressBar m_bar;
-    Gtk::Button m_cancel;
     Glib::RefPtr<Gtk::FileChooserNative> m_chooser;
-    ScopedConnection m_reveal;
+    bool m_fillsEmptyList = false;
+    std::chrono::steady_clock::time_point m_lastShown;
+    std::vector<std::filesystem::path> m_external;  // wait for the end of those before them
+    ScopedConnection m_externalStart;
+    ScopedConnection m_externalFiles;
 };
 
 }  // namespace corvel

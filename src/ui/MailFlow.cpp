@@ -4,6 +4,8 @@
 #include "app/texts/MailTexts.h"
 #include "platform/Log.h"
 #include "platform/Paths.h"
+#include "platform/Version.h"
+#include "ui/ToolkitLanguage.h"
 
 #include <giomm/appinfo.h>
 #include <giomm/file.h>
@@ -18,7 +20,7 @@ constexpr const char* kMessageType = "message/rfc822";
 
 void open(const std::filesystem::path& message, const Glib::RefPtr<Gio::AppInfo>& program) {
     try {
-        program->launch(Gio::File::create_for_path(message.string()));
+        program->launch(Gio::File::create_for_path(message.string()), sessionLaunchContext());
     } catch (const Glib::Error& error) {
         logLine(std::string("Error opening message: ") + error.what());
     }
@@ -50,12 +52,12 @@ void MailFlow::sendNote() {
 void MailFlow::reportProblem() {
     const auto& texts = m_session.texts;
     const std::string address = texts::supportAddress;
-    const std::string body = texts.format(texts::problemBody, {CORVEL_VERSION});
+    const std::string body = texts.format(texts::problemBody, {version()});
     const std::string uri = "mailto:" + address +
                             "?subject=" + escaped(texts(texts::problemSubject)) +
                             "&body=" + escaped(body);
     try {
-        if (Gio::AppInfo::launch_default_for_uri(uri)) return;
+        if (Gio::AppInfo::launch_default_for_uri(uri, sessionLaunchContext())) return;
     } catch (const Glib::Error& error) {
         logLine(std::string("Error opening message: ") + error.what());
     }

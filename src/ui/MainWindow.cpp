@@ -1,6 +1,7 @@
 #include "ui/MainWindow.h"
 
 #include "app/Texts.h"
+#include "app/texts/StoreTexts.h"
 #include "library/Notifications.h"
 #include "ui/AboutWindow.h"
 #include "ui/Adw.h"
@@ -9,6 +10,7 @@
 #include "ui/FilePaths.h"
 #include "ui/RecoveryToasts.h"
 #include "ui/ShortcutsWindow.h"
+#include "ui/UpdateDialog.h"
 
 #include <glibmm/main.h>
 
@@ -26,8 +28,9 @@ constexpr int kSmallestHeight = 480;
 constexpr const char* kWidthKey = "windowWidth";
 constexpr const char* kHeightKey = "windowHeight";
 constexpr const char* kMaximizedKey = "windowMaximized";
+constexpr const char* kAssistantKey = "assistantVisible";
 
-enum Pane { sidebarPane, listPane, notePane, paneCount };
+enum Pane { sidebarPane, listPane, notePane, assistantPane, paneCount };
 
 }  // namespace
 
@@ -39,8 +42,18 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_actions(session, application, m_window)
     , m_sidebar(*Gtk::make_managed<SidebarPane>(session, m_menus))
     , m_list(*Gtk::make_managed<NoteListPane>(session, m_menus, m_toasts))
-    , m_note(*Gtk::make_managed<NotePane>(session))
+    , m_note(*Gtk::make_managed<NotePane>(
+          session,
+          LinkedFileBar::Callbacks{.compare = [this] { m_linkedFiles.compare(); },
+                                   .locate = [this] { m_linkedFiles.locate(); },
+                                   .saveAgain = [this] { m_linkedFiles.saveAgain(); },
+                                   .saveElsewhere = [this] { m_linkedFiles.saveAs(); },
+                                   .giveFocus = [this] { m_note.focusEditor(); }}))
     , m_import(*Gtk::make_managed<ImportFlow>(session, m_toasts))
+    , m_linkedFiles(
+          session, m_window, m_toasts, [this](const FilePaths& paths) { importPaths(paths); })
+    , m_opening(session, m_window, m_toasts, m_import)
+    , m_libraryExport(*Gtk::make_managed<LibraryExportFlow>(session, m_toasts))
     , m_images(session, m_toasts, m_note.editor().textView())
     , m_mail(session, m_toasts)
     , m_exporters(session)
@@ -54,6 +67,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     , m_palette(*Gtk::make_managed<PaletteView>(session,
                                                 [this](const auto& target) { choose(target); })) {
     m_list.append(m_import);
+    m_list.append(m_libraryExport);
     m_toasts.setChild(m_layout.widget());
     auto& overlay = *Gtk::make_managed<Gtk::Overlay>();
     overlay.set_child(m_toasts.widget());
@@ -67,6 +81,8 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     connect();
     labelFrame();
     showSidebarButton();
+    m_session.state.isAIAssistantVisible.set(
+        m_session.preferences.store().boolean(kAssistantKey).value_or(false));
 }
 
 MainWindow::~MainWindow() {
@@ -90,6 +106,7 @@ void MainWindow::rememberSize() {
     store.setInteger(kWidthKey, width);
     store.setInteger(kHeightKey, height);
     store.setBoolean(kMaximizedKey, m_window.is_maximized());
+    store.setBoolean(kAssistantKey, m_session.state.isAIAssistantVisible.get());
     m_layout.remember();
 }
 
@@ -99,23 +116,29 @@ void MainWindow::followWidth() {
         m_arrange = Glib::signal_idle().connect(
             [this] {
                 m_layout.setAvailableWidth(m_layout.widget().get_width());
+                m_layout.refit();
                 return false;
             },
             Glib::PRIORITY_HIGH_IDLE);
     };
+    m_connections.emplace_back(m_session.state.selectedNoteID.signalChanged().connect(arrange));
     m_window.signal_realize().connect([this, arrange] {
         adw::connect(m_window.get_surface()->gobj(), "notify::width", arrange);
     });
 }
 
 void MainWindow::buildDrop() {
-    m_window.add_controller(fileDropTarget([this](const FilePaths& paths) { importPaths(paths); }));
+    m_window.add_controller(fileDropTarget([this](const FilePaths& paths) { openFiles(paths); }));
 }
 
 void MainWindow::connect() {
     m_window.signal_close_request().connect([this] { return closeRequested(); }, false);
     m_window.property_is_active().signal_changed().connect([this] {
-        if (!m_window.is_active()) m_session.editor.save();
+        if (!m_window.is_active()) {
+            m_session.editor.save();
+        } else {
+            m_session.linkedFile.check();
+        }
     });
     m_layout.signalChanged().connect([this] { showSidebarButton(); });
     m_list.signalActivated().connect([this] { m_note.focusEditor(); });
@@ -127,13 +150,15 @@ void MainWindow::connect() {
         [this] { m_layout.sidebarChosen(); }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
-    m_images.signalOtherFiles().connect(
-        [this](const std::vector<std::filesystem::path>& paths) { importPaths(paths); });
+    m_opening.onShown = [this] { focusNote(); };
+    m_images.signalOtherFiles().connect([this](const FilePaths& paths) { openFiles(paths); });
     sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
         notifications::sendAsEmail, [this](const std::any&) { m_mail.sendNote(); }));
     m_connections.emplace_back(m_session.state.isExportSheetPresented.signalChanged().connect(
         [this] { showExportSheet(); }));
+    m_connections.emplace_back(
+        m_session.state.isAIAssistantVisible.signalChanged().connect([this] { showAssistant(); }));
     m_connections.push_back(m_session.notifications.observe(
         notifications::importMarkdown, [this](const std::any&) { m_import.chooseFiles(); }));
 }
@@ -149,6 +174,7 @@ void MainWindow::relabel() {
     m_sidebar.relabel();
     m_list.relabel();
     m_import.relabel();
+    m_libraryExport.relabel();
 }
 
 void MainWindow::showSidebarButton() {
@@ -156,6 +182,25 @@ void MainWindow::showSidebarButton() {
     m_list.sidebarButton().set_visible(isHidden);
     m_list.headerBar().setWindowControls(isHidden, false);
     m_note.setListHidden(isHidden && !m_list.get_visible());
+    m_note.setShowsWindowControls(!m_layout.isAssistantShown());
+}
+
+// Made when it is first asked for: nobody waits for it at the start.
+void MainWindow::showAssistant() {
+    const bool isShown = m_session.state.isAIAssistantVisible.get();
+    if (isShown && !m_assistant) {
+        m_assistant =
+            std::make_unique<AssistantHost>(m_session, m_note.editor(), m_toasts, m_window);
+        m_assistant->panel().signalSettings().connect(
+            [this] { showSettings(SettingsPage::assistant); });
+        m_layout.setAssistant(m_assistant->panel());
+    }
+    if (!m_assistant) return;
+    const bool hadFocus = focusedPane() == assistantPane;
+    m_layout.showAssistant(isShown);
+    if (!m_window.get_mapped()) return;
+    if (isShown) m_assistant->panel().focusInput();
+    if (!isShown && hadFocus) m_note.focusEditor();
 }
 
 void MainWindow::showExportSheet() {
@@ -170,10 +215,6 @@ void MainWindow::showExportSheet() {
 std::vector<Uuid> MainWindow::notesToExport() const {
     const auto& open = m_session.state.selectedNoteID.get();
     return open ? std::vector{*open} : m_list.view().selectedNotes();
-}
-
-void MainWindow::importPaths(const std::vector<std::filesystem::path>& paths) {
-    m_import.importPaths(paths);
 }
 
 void MainWindow::perform(CommandID command) {
@@ -196,12 +237,24 @@ void MainWindow::perform(CommandID command) {
         case CommandID::toggleArchive:
         case CommandID::moveToTrash:
             return m_list.performOnSelected(command);
+        case CommandID::open:
+            return m_linkedFiles.chooseFiles();
+        case CommandID::saveAsLocalFile:
+            return m_linkedFiles.saveAs();
+        case CommandID::showInFolder:
+            return m_linkedFiles.showInFolder();
+        case CommandID::stopTracking:
+            return m_linkedFiles.stopTracking();
         case CommandID::importFolder:
             return m_import.chooseFolder();
+        case CommandID::exportLibrary:
+            return m_libraryExport.choosePlace();
         case CommandID::insertImage:
             return m_images.chooseFiles();
         case CommandID::reportProblem:
             return m_mail.reportProblem();
+        case CommandID::checkForUpdates:
+            return showUpdateDialog(m_window, m_session.texts);
         case CommandID::themes:
             return showThemes();
         case CommandID::preferences:
@@ -230,8 +283,9 @@ void MainWindow::showThemes() {
     m_themePicker->present();
 }
 
-void MainWindow::showSettings() {
+void MainWindow::showSettings(std::optional<SettingsPage> page) {
     if (!m_settings) m_settings = std::make_unique<SettingsWindow>(m_session, m_window);
+    if (page) m_settings->showPage(*page);
     m_settings->present();
 }
 
@@ -247,6 +301,7 @@ int MainWindow::focusedPane() const {
     auto* focus = m_window.get_focus();
     if (focus == nullptr) return notePane;
     if (focus->is_ancestor(m_sidebar)) return sidebarPane;
+    if (m_assistant && focus->is_ancestor(m_assistant->panel())) return assistantPane;
     return focus->is_ancestor(m_list) ? listPane : notePane;
 }
 
@@ -254,14 +309,20 @@ void MainWindow::cyclePane(int step) {
     int pane = focusedPane();
     do {
         pane = (pane + step + paneCount) % paneCount;
-    } while ((pane == sidebarPane && !m_sidebar.get_visible()) ||
-             (pane == listPane && !m_list.get_visible()));
+    } while (!isPaneShown(pane));
     focusPane(pane);
+}
+
+bool MainWindow::isPaneShown(int pane) const {
+    if (pane == sidebarPane) return m_sidebar.get_visible();
+    if (pane == listPane) return m_list.get_visible();
+    return pane == notePane || m_layout.isAssistantShown();
 }
 
 void MainWindow::focusPane(int pane) {
     if (pane == sidebarPane) return m_sidebar.focusList();
     if (pane == listPane) return m_list.focusList();
+    if (pane == assistantPane) return m_assistant->panel().focusInput();
     m_note.focusEditor();
 }
 
@@ -274,7 +335,7 @@ bool MainWindow::closeRequested() {
     const auto& texts = m_session.texts;
     ask(m_window,
         {texts(texts::notSavedQuestion),
-         texts(texts::notSavedDetail),
+         texts(m_session.editor.isAtRisk() ? texts::notSavedNorKept : texts::notSavedDetail),
          {{"cancel", texts(texts::cancel)},
           {"close", texts(texts::closeAnyway), DialogAnswer::Look::destructive}}},
         [this](const std::string& answer) {

@@ -2,14 +2,19 @@
 
 #include "app/Session.h"
 #include "platform/Handle.h"
+#include "ui/AssistantHost.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandMenus.h"
+#include "ui/FilePaths.h"
 #include "ui/ImageFlow.h"
 #include "ui/ImportFlow.h"
+#include "ui/LibraryExportFlow.h"
+#include "ui/LinkedFileFlow.h"
 #include "ui/MailFlow.h"
 #include "ui/NoteExporters.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
+#include "ui/OpeningFlow.h"
 #include "ui/PageWindows.h"
 #include "ui/PaletteView.h"
 #include "ui/PaneLayout.h"
@@ -22,6 +27,7 @@
 #include <gtkmm/applicationwindow.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace corvel {
@@ -37,11 +43,20 @@ public:
     Gtk::ApplicationWindow& window() { return m_window; }
     /// Commands that concern windows and panes rather than the state.
     void perform(CommandID command);
-    void importPaths(const std::vector<std::filesystem::path>& paths);
+    /// Opens the settings, at `page` or where they were left.
+    void showSettings(std::optional<SettingsPage> page = {});
+    void focusNote() { m_note.focusEditor(); }
+    void importPaths(const FilePaths& paths) { m_import.importPaths(paths); }
+    /// Files from outside; `addresses` are of those that do not lie on this machine.
+    void openFiles(const FilePaths& paths, const std::vector<std::string>& addresses = {}) {
+        m_opening.open(paths, addresses);
+    }
 
     SidebarPane& sidebar() { return m_sidebar; }
     NoteListPane& list() { return m_list; }
     NotePane& note() { return m_note; }
+    /// None until it was shown first.
+    AssistantHost* assistant() { return m_assistant.get(); }
 
 private:
     void restoreSize();
@@ -52,10 +67,11 @@ private:
     void labelFrame();
     void relabel();
     void showSidebarButton();
+    void showAssistant();
+    bool isPaneShown(int pane) const;
     void showExportSheet();
     std::vector<Uuid> notesToExport() const;
     void showThemes();
-    void showSettings();
     void choose(const std::variant<CommandID, Uuid>& target);
     void cyclePane(int step);
     int focusedPane() const;
@@ -72,11 +88,15 @@ private:
     NoteListPane& m_list;
     NotePane& m_note;
     ImportFlow& m_import;
+    LinkedFileFlow m_linkedFiles;
+    OpeningFlow m_opening;
+    LibraryExportFlow& m_libraryExport;
     ImageFlow m_images;
     MailFlow m_mail;
     NoteExporters m_exporters;
     PageWindows m_pages;
     PaneLayout m_layout;
+    std::unique_ptr<AssistantHost> m_assistant;
     std::unique_ptr<ThemePicker> m_themePicker;
     std::unique_ptr<SettingsWindow> m_settings;
     PaletteView& m_palette;

@@ -1,5 +1,6 @@
 #include "ui/NoteBuffers.h"
 
+#include "app/editing/TextDifference.h"
 #include "ui/LongLines.h"
 
 #include <gtksourceview/gtksource.h>
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::size_t kMostBuffers = 16;
 constexpr int kMostCharacters = 8'000'000;
+constexpr std::size_t kMostCompared = 4'000'000;
 
 void load(Gtk::TextBuffer& buffer, const std::string& content) {
     // Opening a note is no step that can be undone.
@@ -21,6 +23,45 @@ void load(Gtk::TextBuffer& buffer, const std::string& content) {
     buffer.end_irreversible_action();
     buffer.place_cursor(buffer.begin());
     buffer.set_modified(false);
+}
+
+int charactersIn(std::string_view text) {
+    return static_cast<int>(g_utf8_strlen(text.data(), static_cast<gssize>(text.size())));
+}
+
+// From the start to the end; `place` is where the run stands in what the buffer holds by then.
+void applyDifferences(Gtk::TextBuffer& buffer, std::string_view text, std::string_view content) {
+    using Kind = editing::DifferenceRun::Kind;
+    int place = 0;
+    for (const auto& run : editing::differencesOf(text, content)) {
+        const auto part = [](std::string_view whole, const TextRange& range) {
+            return whole.substr(range.begin, range.end - range.begin);
+        };
+        const auto added = part(content, run.after);
+        if (run.kind == Kind::removed) {
+            buffer.erase(buffer.get_iter_at_offset(place),
+                         buffer.get_iter_at_offset(place + charactersIn(part(text, run.before))));
+        } else if (run.kind == Kind::added) {
+            buffer.insert(buffer.get_iter_at_offset(place), added.data(),
+                          added.data() + added.size());
+        }
+        place += charactersIn(added);  // none for what was removed
+    }
+}
+
+// A text that was changed elsewhere: one step that can be undone, in which the cursor stays with
+// the words it stood at.
+void change(const Glib::RefPtr<Gtk::TextBuffer>& buffer, const std::string& content) {
+    const std::string text = NoteBuffers::textOf(*buffer.get());
+    if (text == content) return;
+    const bool isTooMuch =
+        longlines::areInPieces(buffer->gobj()) || text.size() + content.size() > kMostCompared;
+    if (!isTooMuch) {
+        buffer->begin_user_action();
+        applyDifferences(*buffer.get(), text, content);
+        buffer->end_user_action();
+    }
+    if (isTooMuch || NoteBuffers::textOf(*buffer.get()) != content) load(*buffer.get(), content);
 }
 
 }  // namespace
@@ -44,7 +85,7 @@ Glib::RefPtr<Gtk::TextBuffer> NoteBuffers::bufferFor(const Uuid& id, const std::
     if (known != m_entries.end()) {
         m_entries.splice(m_entries.begin(), m_entries, known);
         auto buffer = m_entries.front().buffer;
-        if (textOf(*buffer) != content) load(*buffer, content);
+        change(buffer, content);
         return buffer;
     }
     auto buffer = emptyBuffer();

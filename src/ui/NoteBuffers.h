@@ -13,7 +13,8 @@ namespace corvel {
 /// there when a note is opened again.
 class NoteBuffers {
 public:
-    /// The buffer of note `id` holding `content`. Its undo steps are kept when it held just that.
+    /// The buffer of note `id` holding `content`. Its undo steps are kept; when it held another
+    /// text, the change is one more of them (a very large text begins anew).
     Glib::RefPtr<Gtk::TextBuffer> bufferFor(const Uuid& id, const std::string& content);
 
     /// A buffer of no note: a source view warns of any other kind.

@@ -1,15 +1,20 @@
 #include "ui/NoteHeader.h"
 
 #include "app/Texts.h"
+#include "app/texts/LinkedFileTexts.h"
 #include "export/ExportTexts.h"
 #include "ui/Accessible.h"
 #include "ui/LazyMenu.h"
+
+#include <glibmm/convert.h>
 
 #include <initializer_list>
 
 namespace corvel {
 
 namespace {
+
+constexpr std::size_t kLongestPath = 60;  // characters
 
 struct Mode {
     EditorMode mode;
@@ -27,6 +32,20 @@ std::string windowAction(CommandID id) {
 std::string withShortcut(const std::string& name, CommandID id) {
     const std::string shortcut = AppCommands::shortcutText(id);
     return shortcut.empty() ? name : name + " (" + shortcut + ")";
+}
+
+// A menu is as wide as its longest line: of a long path the end says most.
+Glib::ustring endOf(const Glib::ustring& path) {
+    return path.size() <= kLongestPath ? path : "…" + path.substr(path.size() - kLongestPath);
+}
+
+bool isForFiles(CommandID id) {
+    return id == CommandID::showInFolder || id == CommandID::stopTracking;
+}
+
+void hideWhenDisabled(Gio::MenuItem& item) {
+    item.set_attribute_value("hidden-when",
+                             Glib::Variant<Glib::ustring>::create("action-disabled"));
 }
 
 }  // namespace
@@ -63,10 +82,28 @@ void NoteHeader::addButtons() {
     m_export.set_action_name(windowAction(CommandID::exportNote));
     m_assistant.set_icon_name("corvel-sparkle-symbolic");
     m_assistant.set_action_name(windowAction(CommandID::assistant));
+    m_assistantShown =
+        m_session.state.isAIAssistantVisible.signalChanged().connect([this] { followAssistant(); });
+    followAssistant();
     m_menu.set_icon_name("open-menu-symbolic");
+    m_file.set_icon_name("corvel-file-symbolic");
+    m_file.set_visible(false);
     m_bar.packEnd(m_menu);
     m_bar.packEnd(m_assistant);
     m_bar.packEnd(m_export);
+    m_bar.packEnd(m_file);
+}
+
+void NoteHeader::followAssistant() {
+    const bool isShown = m_session.state.isAIAssistantVisible.get();
+    if (isShown) {
+        m_assistant.add_css_class("pressed");
+    } else {
+        m_assistant.remove_css_class("pressed");
+    }
+    gtk_accessible_update_state(
+        GTK_ACCESSIBLE(m_assistant.gobj()), GTK_ACCESSIBLE_STATE_PRESSED,
+        isShown ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
 }
 
 Glib::RefPtr<Gio::Menu> NoteHeader::noteMenu() const {
@@ -74,14 +111,39 @@ Glib::RefPtr<Gio::Menu> NoteHeader::noteMenu() const {
     for (const auto& ids :
          {std::initializer_list<CommandID>{CommandID::togglePin, CommandID::toggleArchive},
           {CommandID::readerMode, CommandID::exportNote, CommandID::sendAsEmail},
+          {CommandID::saveAsLocalFile, CommandID::showInFolder, CommandID::stopTracking},
           {CommandID::moveToTrash}}) {
         const auto section = Gio::Menu::create();
         for (const CommandID id : ids) {
-            section->append(m_session.texts(AppCommands::command(id).label), windowAction(id));
+            const auto item = Gio::MenuItem::create(m_session.texts(AppCommands::command(id).label),
+                                                    windowAction(id));
+            if (isForFiles(id)) hideWhenDisabled(*item.get());
+            section->append_item(item);
         }
         menu->append_section(section);
     }
     return menu;
+}
+
+Glib::RefPtr<Gio::Menu> NoteHeader::fileMenu(const std::string& path) const {
+    const auto section = Gio::Menu::create();
+    for (const auto id :
+         {CommandID::showInFolder, CommandID::saveAsLocalFile, CommandID::stopTracking}) {
+        section->append(m_session.texts(AppCommands::command(id).label), windowAction(id));
+    }
+    auto menu = Gio::Menu::create();
+    menu->append_section(endOf(path), section);
+    return menu;
+}
+
+void NoteHeader::followFile() {
+    const auto& note = m_session.editor.note();
+    const bool isLinked = note && note->sourceFilePath;
+    m_file.set_visible(isLinked);
+    if (!isLinked) return;
+    const std::string path = Glib::filename_display_name(*note->sourceFilePath);
+    labelControl(m_file, m_session.texts.format(texts::localFileAt, {path}));
+    setLazyMenu(m_file, fileMenu(path));
 }
 
 void NoteHeader::relabel() {
@@ -96,6 +158,7 @@ void NoteHeader::relabel() {
     labelControl(m_menu, say(texts::noteMenu));
     labelControl(m_sidebar, say(texts::showSidebar));
     setLazyMenu(m_menu, noteMenu());
+    followFile();
 }
 
 void NoteHeader::followMode() {
@@ -109,6 +172,7 @@ void NoteHeader::followMode() {
 void NoteHeader::setHasNote(bool hasNote) {
     m_switch.set_visible(hasNote);
     m_menu.set_visible(hasNote);
+    followFile();
 }
 
 }  // namespace corvel

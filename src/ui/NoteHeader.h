@@ -10,6 +10,7 @@
 #include <gtkmm/togglebutton.h>
 
 #include <array>
+#include <string>
 
 namespace corvel {
 
@@ -23,22 +24,28 @@ public:
     /// The mode shown is the state's.
     void followMode();
     void setHasNote(bool hasNote);
+    /// Shows whether the open note mirrors a file, and which.
+    void followFile();
     /// Without the list its button for the sidebar is gone too: this bar takes it over.
     void setListHidden(bool isHidden) { m_sidebar.set_visible(isHidden); }
 
 private:
     void addModes();
     void addButtons();
+    void followAssistant();
     Glib::RefPtr<Gio::Menu> noteMenu() const;
+    Glib::RefPtr<Gio::Menu> fileMenu(const std::string& path) const;
 
     Session& m_session;
     adw::HeaderBar m_bar;
     Gtk::Button m_sidebar;
     Gtk::Box m_switch;
     std::array<Gtk::ToggleButton, 3> m_modes;
+    Gtk::MenuButton m_file;
     Gtk::Button m_export;
     Gtk::Button m_assistant;
     Gtk::MenuButton m_menu;
+    ScopedConnection m_assistantShown;
 };
 
 }  // namespace corvel

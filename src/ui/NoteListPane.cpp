@@ -1,7 +1,9 @@
 #include "ui/NoteListPane.h"
 
 #include "app/Texts.h"
+#include "app/texts/LinkedFileTexts.h"
 #include "ui/Accessible.h"
+#include "ui/CutText.h"
 #include "ui/Dialogs.h"
 #include "ui/EmptyState.h"
 #include "ui/LazyMenu.h"
@@ -28,6 +30,7 @@ void makeLabel(Gtk::Label& label, const char* style) {
     label.add_css_class(style);
     label.set_xalign(0);
     label.set_ellipsize(Pango::EllipsizeMode::END);
+    tellWhenCut(label);
 }
 
 const Folder* findFolder(const std::vector<Folder>& folders, const Uuid& id) {
@@ -66,6 +69,11 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
     m_connections.emplace_back(session.sidebar.signalChanged().connect([this] { showTitle(); }));
     m_connections.emplace_back(
         session.state.isSearchActive.signalChanged().connect([this] { searchStateChanged(); }));
+    m_connections.emplace_back(session.state.searchQuery.signalChanged().connect([this] {
+        // A search that began elsewhere, as from the desktop's shell.
+        const auto& query = m_session.state.searchQuery.get();
+        if (m_search.get_text().raw() != query) m_search.set_text(query);
+    }));
     m_connections.emplace_back(
         list.signalTrashed().connect([this](const std::vector<Uuid>& ids) { notesTrashed(ids); }));
     relabel();
@@ -148,7 +156,8 @@ void NoteListPane::buildKeys() {
 void NoteListPane::buildPointer() {
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
-    click->signal_pressed().connect([this](int, double x, double y) {
+    click->signal_pressed().connect([this, raw = click.get()](int, double x, double y) {
+        raw->set_state(Gtk::EventSequenceState::CLAIMED);
         if (m_view.selectAt(x, y)) openMenu({static_cast<int>(x), static_cast<int>(y), 1, 1});
     });
     m_view.rows().add_controller(click);
@@ -215,6 +224,18 @@ void NoteListPane::removing(const std::function<void()>& operation) {
     if (m_session.list.size() == 0) focusList();
 }
 
+// A note goes, its file does not.
+std::string NoteListPane::whatStays(const std::vector<Uuid>& ids) const {
+    const auto isLocalFile = [this](const Uuid& id) {
+        const auto position = m_session.list.positionOf(id);
+        const auto note = position ? m_session.list.summaryAt(*position) : std::nullopt;
+        return note && note->isLocalFile;
+    };
+    if (std::ranges::none_of(ids, isLocalFile)) return {};
+    return std::string(" ") +
+           m_session.texts(ids.size() == 1 ? texts::fileStays : texts::filesStay);
+}
+
 void NoteListPane::askToDelete() {
     auto ids = m_view.selectedNotes();
     auto* window = dynamic_cast<Gtk::Window*>(get_root());
@@ -228,9 +249,10 @@ void NoteListPane::askToDelete() {
         heading = texts.format(texts::deleteForGoodOne,
                                {hasTitle ? note->title : texts(texts::untitled)});
     }
+    const auto detail = texts(texts::deleteForGoodDetail) + whatStays(ids);
     ask(*window,
         {heading,
-         texts(texts::deleteForGoodDetail),
+         detail,
          {{"cancel", texts(texts::cancel)},
           {"delete", texts(texts::deletePermanently), DialogAnswer::Look::destructive}}},
         [this, ids = std::move(ids)](const std::string& answer) {

@@ -35,6 +35,7 @@ public:
     void performOnSelected(CommandID command);
     /// Deletes the selected notes for good, after a question.
     void askToDelete();
+    std::string whatStays(const std::vector<Uuid>& ids) const;
 
     /// Enter in the list: the note is to be edited.
     sigc::signal<void()>& signalActivated() { return m_view.signalActivated(); }

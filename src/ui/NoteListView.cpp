@@ -327,8 +327,24 @@ void NoteListView::scrollTo(std::size_t position) {
     m_store->growPast(position);
     // The list model tells of a change before the rows have followed it.
     if (position >= m_selection->get_n_items()) return;
+    if (!m_rows.get_mapped() || m_rows.get_height() == 0) return scrollLater();
     m_rows.activate_action("list.scroll-to-item",
                            Glib::Variant<guint32>::create(static_cast<guint32>(position)));
+}
+
+// Before rows have a height, the list takes a row far down for one in sight, and then shows no row
+// but the first.
+void NoteListView::scrollLater() {
+    if (std::exchange(m_isScrollDue, true)) return;
+    m_rows.add_tick_callback([this](const auto&) {
+        if (m_rows.get_height() == 0) return true;
+        m_isScrollDue = false;
+        const auto& id = m_session.state.selectedNoteID.get();
+        if (const auto position = id ? m_session.list.positionOf(*id) : std::nullopt) {
+            scrollTo(*position);
+        }
+        return false;
+    });
 }
 
 void NoteListView::focusRow(std::size_t position) {

@@ -72,6 +72,7 @@ private:
     void followKeys();
     void select(std::size_t position);
     void scrollTo(std::size_t position);
+    void scrollLater();
     void focusRow(std::size_t position);
     void askForMore();
     void growLater();
@@ -85,6 +86,7 @@ private:
     std::optional<RowId> m_selectedRow;  ///< when exactly one is selected
     bool m_isUpdating = false;
     bool m_isGrowing = false;
+    bool m_isScrollDue = false;
     /// Where the list first changed during an operation of the user's, if it did.
     bool m_isRemoving = false;
     std::optional<std::size_t> m_removedAt;

@@ -19,11 +19,12 @@ constexpr const char* kSeveralPage = "several";
 
 }  // namespace
 
-NotePane::NotePane(Session& session)
+NotePane::NotePane(Session& session, LinkedFileBar::Callbacks linkedFile)
     : Gtk::Box(Gtk::Orientation::VERTICAL)
     , m_session(session)
     , m_header(session)
     , m_note(Gtk::Orientation::VERTICAL)
+    , m_fileBar(session, std::move(linkedFile))
     , m_body(Gtk::Orientation::HORIZONTAL)
     , m_editor(session.preferences, session.themes)
     , m_tools(session, m_editor)
@@ -61,6 +62,7 @@ void NotePane::build() {
     m_preview.set_size_request(160, -1);
     m_note.append(m_title);
     m_note.append(m_trashBar);
+    m_note.append(m_fileBar);
     m_note.append(m_tools.findBar());
     m_note.append(m_body);
     m_note.append(m_status);
@@ -174,6 +176,7 @@ void NotePane::noteStateChanged() {
     m_title.set_editable(!note->isTrashed);
     m_trashBar.set_reveal_child(note->isTrashed);
     m_trashBar.set_visible(note->isTrashed);
+    m_header.followFile();
     m_status.refresh(statusNotice());
 }
 
@@ -229,6 +232,7 @@ void NotePane::relabel() {
     m_header.relabel();
     m_preview.relabel();
     m_tools.relabel();
+    m_fileBar.refresh();
     setAccessibleLabel(m_title, say(texts::noteTitle));
     m_title.set_placeholder_text(say(texts::titlePlaceholder));
     m_editor.setLabel(say(texts::noteText));

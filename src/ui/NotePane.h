@@ -3,6 +3,7 @@
 #include "app/Session.h"
 #include "ui/EditorPane.h"
 #include "ui/EditorTools.h"
+#include "ui/LinkedFileBar.h"
 #include "ui/NoteHeader.h"
 #include "ui/PreviewView.h"
 #include "ui/ScrollFollower.h"
@@ -26,7 +27,8 @@ namespace corvel {
 /// state.
 class NotePane : public Gtk::Box {
 public:
-    explicit NotePane(Session& session);  // must outlive the pane
+    /// The session must outlive the pane.
+    NotePane(Session& session, LinkedFileBar::Callbacks linkedFile);
     ~NotePane() override;
 
     void setListHidden(bool isHidden) { m_header.setListHidden(isHidden); }
@@ -64,6 +66,7 @@ private:
     Gtk::Revealer m_trashBar;
     Gtk::Label m_trashText;
     Gtk::Button m_restore;
+    LinkedFileBar m_fileBar;
     Gtk::Paned m_body;
     EditorPane m_editor;
     ScrollFollower m_editorScroll{m_editor.get_vadjustment()};

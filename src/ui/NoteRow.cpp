@@ -1,6 +1,7 @@
 #include "ui/NoteRow.h"
 
 #include "app/Texts.h"
+#include "app/texts/LinkedFileTexts.h"
 #include "ui/Accessible.h"
 #include "ui/LineHeight.h"
 #include "ui/RelativeDate.h"
@@ -42,6 +43,7 @@ std::string accessibleNameOf(const NoteSummary& note, const Localisation& texts)
     std::string name =
         titleOf(note, texts) + ", " + relativeDate(note.modifiedAt, Date::now(), texts);
     if (note.isPinned) name += std::string(", ") + texts(texts::pinned);
+    if (note.isLocalFile) name += std::string(", ") + texts(texts::localFile);
     return name;
 }
 
@@ -49,12 +51,16 @@ NoteRow::NoteRow() : Glib::ObjectBase("CorvelNoteRow") {
     add_css_class("note-row");
     m_pin.set_from_icon_name("corvel-pin-symbolic");
     m_pin.set_pixel_size(kPin);
+    m_file.add_css_class("note-file");
+    m_file.set_from_icon_name("corvel-file-symbolic");
+    m_file.set_pixel_size(kPin);
     m_title.add_css_class("note-title");
     m_excerpt.add_css_class("note-excerpt");
     m_date.add_css_class("note-date");
     makeOneLine(m_title);
     makeOneLine(m_excerpt);
     m_pin.set_parent(*this);
+    m_file.set_parent(*this);
     m_title.set_parent(*this);
     m_excerpt.set_parent(*this);
     m_date.set_parent(*this);
@@ -75,6 +81,7 @@ NoteRow::~NoteRow() {
 void NoteRow::dropChildren() {
     if (m_pin.get_parent() == nullptr) return;
     m_pin.unparent();
+    m_file.unparent();
     m_title.unparent();
     m_excerpt.unparent();
     m_date.unparent();
@@ -115,8 +122,10 @@ void NoteRow::size_allocate_vfunc(int width, int /*height*/, int /*baseline*/) {
 
 void NoteRow::placeTitle(int width, int height) {
     const int start = m_pin.get_visible() ? kPin + kGap - 2 : 0;
+    const int end = m_file.get_visible() ? kPin + kGap : 0;
     if (start > 0) m_pin.size_allocate({0, 0, kPin, height}, -1);
-    m_title.size_allocate({start, 0, std::max(0, width - start), height}, -1);
+    if (end > 0) m_file.size_allocate({std::max(0, width - kPin), 0, kPin, height}, -1);
+    m_title.size_allocate({start, 0, std::max(0, width - start - end), height}, -1);
 }
 
 // Tags that have no room are left out.
@@ -139,6 +148,7 @@ void NoteRow::placeLast(int y, int width, int height) {
 void NoteRow::show(const std::optional<NoteSummary>& note, const Localisation& texts) {
     const NoteSummary shown = note.value_or(NoteSummary{});
     m_pin.set_visible(shown.isPinned);
+    m_file.set_visible(shown.isLocalFile);
     m_title.set_text(note ? titleOf(shown, texts) : std::string());
     m_excerpt.set_text(shown.excerpt);
     m_date.set_text(note ? relativeDate(shown.modifiedAt, Date::now(), texts) : std::string());

@@ -51,6 +51,7 @@ private:
     void showTags(const NoteSummary& note);
 
     mutable Gtk::Image m_pin;
+    mutable Gtk::Image m_file;
     mutable Gtk::Label m_title;
     mutable Gtk::Label m_excerpt;
     mutable Gtk::Label m_date;

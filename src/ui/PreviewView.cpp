@@ -6,6 +6,7 @@
 #include "themes/Color.h"
 #include "themes/ThemeStylesheet.h"
 #include "ui/Accessible.h"
+#include "ui/ToolkitLanguage.h"
 
 #include <giomm/appinfo.h>
 #include <glibmm/main.h>
@@ -205,7 +206,7 @@ void PreviewView::focusPage() {
 
 void PreviewView::openLink(const std::string& url) {
     // What the desktop cannot open it says itself; the note stays as it is.
-    Gio::AppInfo::launch_default_for_uri_async(url, Gio::SlotAsyncReady());
+    Gio::AppInfo::launch_default_for_uri_async(url, sessionLaunchContext(), Gio::SlotAsyncReady());
 }
 
 }  // namespace corvel

@@ -1,5 +1,6 @@
 #include "ui/RecoveryToasts.h"
 
+#include "app/texts/DataTexts.h"
 #include "app/texts/DraftTexts.h"
 
 #include <string>
@@ -21,6 +22,11 @@ std::string recoveredTitle(const Localisation& texts, const std::vector<Recovere
 }  // namespace
 
 void sayWhatWasKept(Session& session, Toasts& toasts, std::vector<ScopedConnection>& connections) {
+    auto& store = session.preferences.store();
+    if (store.boolean(kLibraryRestored).value_or(false)) {
+        store.setBoolean(kLibraryRestored, false);
+        toasts.show(session.texts(texts::restored));
+    }
     const auto say = [&session, &toasts](const std::string& title, const Uuid& id) {
         toasts.show(title, session.texts(texts::showNote), [&session, id] { session.reveal(id); });
     };

@@ -1,36 +1,28 @@
 #include "ui/SettingsWindow.h"
 
-#include "app/SyncState.h"
 #include "app/Texts.h"
+#include "app/texts/AssistantSettingsTexts.h"
+#include "app/texts/DesktopTexts.h"
 #include "app/texts/SettingsTexts.h"
-#include "platform/Paths.h"
 #include "ui/Accessible.h"
-#include "ui/FilePaths.h"
+#include "ui/TextScale.h"
 #include "ui/ThemeSample.h"
 
-#include <glibmm/convert.h>
 #include <gtkmm/button.h>
 #include <gtkmm/image.h>
+
+#include <array>
 
 namespace corvel {
 
 namespace {
 
-constexpr int kWidth = 720;
-constexpr int kHeight = 600;
+constexpr int kWidth = 860;
+constexpr int kHeight = 680;
 
-// This program keeps its library on this machine alone.
-constexpr bool kMirrors = false;
-
-/// The button the toolkit puts in for searching; it comes without a name.
-Gtk::Button* searchButton(Gtk::Widget& widget) {
-    auto* button = dynamic_cast<Gtk::Button*>(&widget);
-    if (button != nullptr && button->get_icon_name() == "edit-find-symbolic") return button;
-    for (auto* child = widget.get_first_child(); child != nullptr;
-         child = child->get_next_sibling()) {
-        if (auto* found = searchButton(*child)) return found;
-    }
-    return nullptr;
+const char* nameOf(SettingsPage page) {
+    constexpr std::array kNames{"general", "editor", "appearance", "assistant", "sync", "data"};
+    return kNames.at(static_cast<std::size_t>(page));
 }
 
 }  // namespace
@@ -39,23 +31,40 @@ SettingsWindow::SettingsWindow(Session& session, Gtk::Window& parent)
     : m_session(session)
     , m_window(adw_preferences_window_new(), parent)
     , m_labels(session.texts, session.preferences)
-    , m_rows(m_labels, session.texts, session.preferences) {
-    window().set_default_size(kWidth, kHeight);
+    , m_rows(m_labels, session.texts, session.preferences)
+    , m_assistant(session, m_labels, window()) {
+    window().set_default_size(widthForText(kWidth), kHeight);
     window().set_modal(false);  // the theme picker opens from here, and changes show at once
     m_labels.add(texts::settings, [this](const auto& text) { window().set_title(text); });
-    if (auto* search = searchButton(window())) {
+    if (auto* search = buttonWithIcon(window(), "edit-find-symbolic")) {
         m_labels.add(texts::search, [search](const auto& text) { labelControl(*search, text); });
     }
     addGeneral();
     addEditor();
     addAppearance();
+    addAssistant();
     addSync();
     addData();
 }
 
-void SettingsWindow::addPage(adw::PreferencesPage& page, const Text& title, const char* icon) {
+void SettingsWindow::present() {
+    m_assistant.refresh();
+    m_window.present();
+}
+
+void SettingsWindow::showPage(SettingsPage page) {
+    adw_preferences_window_set_visible_page_name(ADW_PREFERENCES_WINDOW(window().gobj()),
+                                                 nameOf(page));
+}
+
+void SettingsWindow::addPage(SettingsPage which,
+                             adw::PreferencesPage& page,
+                             const Text& title,
+                             const char* icon) {
+    page.setName(nameOf(which));
     m_labels.add(title, [page](const auto& text) mutable { page.setTitle(text); });
     page.setIcon(icon);
+    widenColumnForText(GTK_WIDGET(page.get()));
     adw_preferences_window_add(ADW_PREFERENCES_WINDOW(window().gobj()), page.get());
 }
 
@@ -69,7 +78,7 @@ adw::PreferencesGroup SettingsWindow::addGroup(adw::PreferencesPage& page, const
 void SettingsWindow::addGeneral() {
     auto& preferences = m_session.preferences;
     adw::PreferencesPage page;
-    addPage(page, texts::pageGeneral, "preferences-system-symbolic");
+    addPage(SettingsPage::general, page, texts::pageGeneral, "preferences-system-symbolic");
     auto interface = addGroup(page, texts::groupInterface);
     m_rows.add(interface, SettingsRows::Choice{
                               texts::language,
@@ -88,6 +97,7 @@ void SettingsWindow::addGeneral() {
                            if (rawValue(size) == name) preferences.setUISize(size);
                        }
                    }});
+    addExternalFiles(page);
     auto saving = addGroup(page, texts::groupSaving);
     m_rows.add(saving, SettingsRows::Slider{
                            texts::autoSave, &texts::autoSaveDetail, 1, 60, 1,
@@ -95,10 +105,25 @@ void SettingsWindow::addGeneral() {
                            [&](double seconds) { preferences.setAutoSaveInterval(seconds); }});
 }
 
+void SettingsWindow::addExternalFiles(adw::PreferencesPage& page) {
+    auto& preferences = m_session.preferences;
+    auto files = addGroup(page, texts::groupExternalFiles);
+    m_rows.add(files,
+               SettingsRows::Choice{texts::externalFiles,
+                                    {{rawValue(ExternalFileUse::ask), texts::externalAsk},
+                                     {rawValue(ExternalFileUse::import), texts::useImport},
+                                     {rawValue(ExternalFileUse::link), texts::useLink},
+                                     {rawValue(ExternalFileUse::preview), texts::externalPreview}},
+                                    [&] { return rawValue(preferences.openExternalFiles()); },
+                                    [&](const std::string& name) {
+                                        preferences.setOpenExternalFiles(externalFileUseFrom(name));
+                                    }});
+}
+
 void SettingsWindow::addEditor() {
     auto& preferences = m_session.preferences;
     adw::PreferencesPage page;
-    addPage(page, texts::pageEditor, "document-edit-symbolic");
+    addPage(SettingsPage::editor, page, texts::pageEditor, "document-edit-symbolic");
     addEditorText(page);
     auto preview = addGroup(page, texts::groupPreview);
     m_rows.add(preview, SettingsRows::Choice{
@@ -143,7 +168,8 @@ void SettingsWindow::addEditorText(adw::PreferencesPage& page) {
 
 void SettingsWindow::addAppearance() {
     adw::PreferencesPage page;
-    addPage(page, texts::pageAppearance, "applications-graphics-symbolic");
+    addPage(SettingsPage::appearance, page, texts::pageAppearance,
+            "applications-graphics-symbolic");
     auto group = addGroup(page, texts::currentTheme);
     adw::ActionRow row;
     auto* sample = Gtk::make_managed<ThemeSample>(m_session.themes.currentTheme(), m_session.texts);
@@ -167,10 +193,15 @@ void SettingsWindow::addAppearance() {
     m_connections.emplace_back(m_session.themes.signalCurrentChanged().connect(show));
 }
 
+void SettingsWindow::addAssistant() {
+    addPage(SettingsPage::assistant, m_assistant.page(), texts::pageAssistant,
+            "corvel-sparkle-symbolic");
+}
+
 void SettingsWindow::addSync() {
-    const SyncState state = syncState(kMirrors, false);
+    const SyncState state = m_session.syncEngine.state();
     adw::PreferencesPage page;
-    addPage(page, texts::pageSync, "weather-overcast-symbolic");
+    addPage(SettingsPage::sync, page, texts::pageSync, "weather-overcast-symbolic");
     auto group = addGroup(page, texts::iCloudSync);
     adw::ActionRow row;
     auto& icon = *Gtk::make_managed<Gtk::Image>();
@@ -186,38 +217,8 @@ void SettingsWindow::addSync() {
 }
 
 void SettingsWindow::addData() {
-    auto& preferences = m_session.preferences;
-    adw::PreferencesPage page;
-    addPage(page, texts::pageData, "drive-harddisk-symbolic");
-    auto trash = addGroup(page, texts::groupTrash);
-    m_rows.add(trash, SettingsRows::Slider{
-                          texts::trashRetention, &texts::trashRetentionDetail, 7, 90, 1,
-                          [&] { return static_cast<double>(preferences.trashRetentionDays()); },
-                          [&](double days) {
-                              preferences.setTrashRetentionDays(static_cast<int>(days));
-                          }});
-    auto places = addGroup(page, texts::groupPlaces);
-    addPlace(places, texts::placeLibrary, paths::applicationSupport());
-    addPlace(places, texts::placeThemes, m_session.themes.themesDirectory());
-    addPlace(places, texts::placePreferences, paths::preferencesFile().parent_path());
-}
-
-void SettingsWindow::addPlace(adw::PreferencesGroup& group,
-                              const Text& title,
-                              const std::filesystem::path& folder) {
-    adw::ActionRow row;
-    row.setSubtitle(Glib::filename_display_name(folder.string()));
-    auto* open = Gtk::make_managed<Gtk::Button>();
-    open->signal_clicked().connect([folder] { openInDesktop(folder); });
-    m_labels.add([this, row, open, &title]() mutable {
-        const auto& say = m_session.texts;
-        row.setTitle(say(title));
-        open->set_label(say(texts::openFolder));
-        setAccessibleLabel(*open, say.format(texts::openFolderOf, {say(title)}));
-    });
-    row.addSuffix(*open);
-    row.setActivatable(*open);
-    group.add(row.widget());
+    m_data.emplace(m_session, m_labels, m_rows, window());
+    addPage(SettingsPage::data, m_data->page(), texts::pageData, "drive-harddisk-symbolic");
 }
 
 }  // namespace corvel

@@ -146,7 +146,8 @@ void SidebarPane::buildKeys() {
 void SidebarPane::buildPointer() {
     const auto click = Gtk::GestureClick::create();
     click->set_button(GDK_BUTTON_SECONDARY);
-    click->signal_pressed().connect([this](int, double x, double y) {
+    click->signal_pressed().connect([this, raw = click.get()](int, double x, double y) {
+        raw->set_state(Gtk::EventSequenceState::CLAIMED);
         auto* row = rowAt(x, y);
         openMenu(row == nullptr ? nullptr : row->item().get(), m_rows,
                  {static_cast<int>(x), static_cast<int>(y), 1, 1});

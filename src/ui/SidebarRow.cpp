@@ -1,6 +1,7 @@
 #include "ui/SidebarRow.h"
 
 #include "ui/Accessible.h"
+#include "ui/CutText.h"
 
 namespace corvel {
 
@@ -20,6 +21,7 @@ SidebarRow::SidebarRow() : m_content(Gtk::Orientation::HORIZONTAL, kIconGap) {
     m_name.set_hexpand(true);
     m_name.set_xalign(0);
     m_name.set_ellipsize(Pango::EllipsizeMode::END);
+    tellWhenCut(m_name);
     m_count.add_css_class("count");
     m_count.add_css_class("numeric");
     m_addButton.set_icon_name("list-add-symbolic");

@@ -1,11 +1,30 @@
 #include "ui/StatusLine.h"
 
 #include "app/Texts.h"
+#include "app/texts/StoreTexts.h"
 #include "ui/Accessible.h"
 
 #include <glibmm/datetime.h>
 
 namespace corvel {
+
+namespace {
+
+// What the user can do something about is said in the user's language.
+std::string reasonOf(const SaveState& state, const Localisation& texts) {
+    switch (state.fault) {
+        case StoreFault::diskFull:
+            return texts(texts::storeDiskFull);
+        case StoreFault::readOnly:
+            return texts(texts::storeReadOnly);
+        case StoreFault::locked:
+            return texts(texts::storeLocked);
+        default:
+            return state.reason;
+    }
+}
+
+}  // namespace
 
 StatusLine::StatusLine(Session& session) : m_session(session), m_folders(session) {
     add_css_class("note-status");
@@ -42,9 +61,8 @@ std::string StatusLine::saveText() const {
         case SaveState::Kind::edited:
             return m_session.texts(texts::saving);
         case SaveState::Kind::failed:
-            return state.reason.empty()
-                       ? m_session.texts(texts::notSaved)
-                       : m_session.texts.format(texts::notSavedBecause, {state.reason});
+            return m_session.texts.format(texts::notSavedBecause,
+                                          {reasonOf(state, m_session.texts)});
         case SaveState::Kind::saved:
             break;
     }

@@ -85,6 +85,34 @@ textview.note-editor text selection { background-color: @corvel_selection; color
 .palette listview > row { margin: 0 6px; padding: 7px 10px; min-height: 0; border-radius: 8px; }
 .palette listview > row:selected { background-color: @accent_bg_color; color: @accent_fg_color; }
 .palette-nothing { padding: 16px; }
+button.pressed { background-color: alpha(currentColor, 0.15); }
+.corvel-assistant, .corvel-assistant headerbar { background-color: @corvel_list; color: @window_fg_color; }
+.corvel-assistant headerbar { box-shadow: none; }
+.assistant-context { padding: 0 8px 4px 16px; min-height: 30px; font-size: 88%; }
+.assistant-context > * { opacity: 0.75; }
+.assistant-context button { min-height: 24px; min-width: 24px; padding: 0; }
+.assistant-context button:hover, .assistant-context button:focus-visible { opacity: 1; }
+.assistant-input {
+    margin: 4px 12px; padding: 4px; border-radius: 12px; border: 1px solid @borders;
+    background-color: @view_bg_color; color: @view_fg_color;
+}
+.assistant-input:focus-within { border-color: @accent_color; }
+.assistant-input textview, .assistant-input text { background: none; }
+.assistant-input button { min-width: 28px; min-height: 28px; margin: 3px; padding: 0; }
+.assistant-picker { margin: 0 8px 6px; font-size: 88%; }
+.assistant-picker > button { padding: 2px 8px; min-height: 24px; font-weight: normal; }
+.assistant-actions { padding: 8px 16px; }
+.assistant-action { padding: 6px 8px; font-weight: normal; }
+.assistant-result-bar { padding: 0 8px 6px; }
+.assistant-original { padding: 0 16px 8px; }
+.assistant-buttons { padding: 8px 12px; }
+.assistant-notice {
+    margin: 4px 12px 8px; padding: 10px 12px; border-radius: 12px;
+    background-color: alpha(@accent_bg_color, 0.14);
+}
+.assistant-error { margin: 4px 12px; padding: 6px 4px; color: @error_color; }
+.difference-bar { padding: 0 8px 4px 12px; }
+.difference-text, .difference-text text { background: none; }
 .save-failed { color: @error_color; font-weight: bold; opacity: 1; }
 )css";
 

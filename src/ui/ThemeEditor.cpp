@@ -5,6 +5,7 @@
 #include "themes/ThemeFile.h"
 #include "ui/Adw.h"
 #include "ui/Dialogs.h"
+#include "ui/TextScale.h"
 
 #include <gtkmm/separator.h>
 
@@ -56,7 +57,7 @@ void ThemeEditor::build() {
     content.append(bar.widget());
     content.append(m_toasts.widget());
     adw_window_set_content(ADW_WINDOW(window().gobj()), GTK_WIDGET(content.gobj()));
-    window().set_default_size(kWidth, kHeight);
+    window().set_default_size(widthForText(kWidth), kHeight);
     window().set_modal(true);
     m_window.closeOnEscape();
     m_controls.nameField().grab_focus();

@@ -6,6 +6,7 @@
 #include "ui/Accessible.h"
 #include "ui/Dialogs.h"
 #include "ui/FilePaths.h"
+#include "ui/TextScale.h"
 
 #include <glibmm/convert.h>
 #include <glibmm/main.h>
@@ -84,7 +85,7 @@ void ThemePicker::build() {
     content.append(bar.widget());
     content.append(m_toasts.widget());
     adw_window_set_content(ADW_WINDOW(window().gobj()), GTK_WIDGET(content.gobj()));
-    window().set_default_size(kWidth, kHeight);
+    window().set_default_size(widthForText(kWidth), kHeight);
     window().set_size_request(360, 320);
     m_window.closeOnEscape();
     addKeys();

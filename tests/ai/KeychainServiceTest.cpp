@@ -20,11 +20,11 @@ protected:
         EXPECT_TRUE(turnUntil([&] { return answer.has_value(); }));
         return answer.value_or(std::nullopt);
     }
-    bool hasKey(AIProviderType type) {
-        std::optional<bool> answer;
-        keychain.hasKey(type, [&](bool isThere) { answer = isThere; });
+    KeyState state(AIProviderType type) {
+        std::optional<KeyState> answer;
+        keychain.findKey(type, [&](KeyState found) { answer = found; });
         EXPECT_TRUE(turnUntil([&] { return answer.has_value(); }));
-        return answer.value_or(false);
+        return answer.value_or(KeyState::noStore);
     }
     std::optional<KeychainError> save(const std::string& text, AIProviderType type) {
         std::optional<std::optional<KeychainError>> answer;
@@ -65,14 +65,14 @@ std::size_t countOf(const std::string& part, const std::string& text) {
 TEST_F(KeychainServiceTest, KeepsOneKeyForEachServiceInARealKeyring) {
     Keyring keyring;
     EXPECT_EQ(key(AIProviderType::claude), std::nullopt);
-    EXPECT_FALSE(hasKey(AIProviderType::claude));
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::notStored);
     remove(AIProviderType::claude);
 
     EXPECT_FALSE(save("first", AIProviderType::claude));
     EXPECT_FALSE(save(" zażółć\n", AIProviderType::claude));
     EXPECT_FALSE(save("", AIProviderType::gemini));
     EXPECT_EQ(key(AIProviderType::claude), " zażółć\n");
-    EXPECT_TRUE(hasKey(AIProviderType::claude));
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::stored);
     EXPECT_EQ(key(AIProviderType::gemini), "");
     EXPECT_EQ(key(AIProviderType::openai), std::nullopt);
     const auto seen = itemsSeenFromOutside();
@@ -89,9 +89,34 @@ TEST_F(KeychainServiceTest, KeepsOneKeyForEachServiceInARealKeyring) {
     ASSERT_TRUE(save("again", AIProviderType::gemini));
 }
 
+TEST_F(KeychainServiceTest, ALockedKeyringThatStaysLockedLosesNothing) {
+    Keyring keyring;
+    EXPECT_FALSE(save("first", AIProviderType::claude));
+    keyring.lock();
+    EXPECT_EQ(key(AIProviderType::claude), std::nullopt);
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::stored) << "known without opening it";
+    remove(AIProviderType::claude);
+    const auto error = save("second", AIProviderType::claude);
+    ASSERT_TRUE(error);
+    EXPECT_TRUE(error->isLocked()) << error->status;
+    EXPECT_FALSE(error->isServiceMissing());
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::stored);
+}
+
+TEST_F(KeychainServiceTest, AKeyringThatIsStartedAnewIsUsedAgain) {
+    {
+        const Keyring keyring;
+        EXPECT_FALSE(save("first", AIProviderType::claude));
+    }
+    EXPECT_EQ(key(AIProviderType::claude), std::nullopt);
+    const Keyring another;
+    EXPECT_FALSE(save("second", AIProviderType::claude));
+    EXPECT_EQ(key(AIProviderType::claude), "second");
+}
+
 TEST_F(KeychainServiceTest, WithoutAPasswordStoreThereIsNoKeyAndSavingSaysSo) {
     EXPECT_EQ(key(AIProviderType::claude), std::nullopt);
-    EXPECT_FALSE(hasKey(AIProviderType::claude));
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::noStore);
     remove(AIProviderType::claude);
     const auto error = save("marker", AIProviderType::claude);
     ASSERT_TRUE(error);

@@ -2,62 +2,19 @@
 #include "library/Notifications.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
-#include "support/TemporaryFolder.h"
+#include "support/TestSession.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <memory>
 
 namespace corvel {
 namespace {
 
 using testing::ElementsAre;
 
-/// A session with a text buffer such as a window has.
-class SessionTest : public testing::Test {
+class SessionTest : public testing::Test, protected TestSession {
 protected:
-    SessionTest() { open(); }
-
-    void open() {
-        controller = std::make_unique<PersistenceController>(PersistenceController::Storage::onDisk,
-                                                             folder.path());
-        defaults = std::make_unique<UserDefaults>(folder.path() / "preferences.ini");
-        themes = std::make_unique<ThemeManager>(*defaults, folder.path() / "Themes",
-                                                [] { return false; });
-        session = std::make_unique<Session>(*controller, *defaults, *themes,
-                                            [this](CommandID id) { opened.push_back(id); });
-        session->preferences.setAutoSaveInterval(0.1);
-        session->editor.setTextSource([this] { return buffer; });
-        session->editor.signalOpened().connect([this] {
-            buffer = session->editor.note() ? session->editor.note()->content : std::string();
-        });
-        session->start();
-    }
-
-    void close() {
-        session.reset();
-        themes.reset();
-        defaults.reset();
-        controller.reset();
-    }
-
-    void type(const std::string& text) {
-        buffer += text;
-        session->editor.contentEdited();
-    }
-
-    void activate(CommandID id) { session->commands.activate(id); }
-    std::string storedText(const Uuid& id) { return session->library.notes.fetchNote(id)->content; }
-    Uuid selected() { return session->state.selectedNoteID.get().value(); }
-
-    TemporaryFolder folder;
-    std::unique_ptr<PersistenceController> controller;
-    std::unique_ptr<UserDefaults> defaults;
-    std::unique_ptr<ThemeManager> themes;
-    std::unique_ptr<Session> session;
-    std::string buffer;
-    std::vector<CommandID> opened;
+    SessionTest() : TestSession(0.1) {}
 };
 
 TEST_F(SessionTest, ANewNoteIsOpenedAndTakesItsTitleFromItsText) {
@@ -155,6 +112,55 @@ TEST_F(SessionTest, ARefusedSaveKeepsTheNoteOpenAndTriesAgain) {
     close();
     open();
     EXPECT_EQ(storedText(written), "words that matter");
+}
+
+// The refused text stands in the open transaction and so equals what the store reads back.
+TEST_F(SessionTest, AnotherRefusedChangeDoesNotMakeARefusedTextPassForSaved) {
+    FullDisk::makePossible();
+    close();
+    open();
+    activate(CommandID::newNote);
+    type("words");
+    session->editor.save();
+    const Uuid written = selected();
+    type(" that matter");
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk fullDisk;
+        EXPECT_FALSE(session->editor.save());
+        session->list.togglePin({written});
+        EXPECT_EQ(session->editor.saveState().kind, SaveState::Kind::failed);
+        EXPECT_FALSE(session->finish());
+        EXPECT_EQ(session->editor.saveState().kind, SaveState::Kind::failed);
+        EXPECT_EQ(session->editor.saveState().fault, StoreFault::diskFull);
+    }
+    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(session->finish());
+    close();
+    open();
+    EXPECT_EQ(storedText(written), "words that matter");
+    EXPECT_TRUE(session->library.notes.fetchNote(written)->isPinned);
+}
+
+TEST_F(SessionTest, AnOrderlyEndSavesARefusedPinOrSaysThatItCannot) {
+    FullDisk::makePossible();
+    close();
+    open();
+    activate(CommandID::newNote);
+    type("words");
+    EXPECT_TRUE(session->finish());
+    const Uuid written = selected();
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk fullDisk;
+        session->list.togglePin({written});
+        EXPECT_FALSE(session->finish());
+    }
+    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(session->finish());
+    close();
+    open();
+    EXPECT_TRUE(session->library.notes.fetchNote(written)->isPinned);
 }
 
 TEST_F(SessionTest, TheNextRunShowsWhatTheLastOneShowed) {

@@ -15,7 +15,7 @@ namespace {
 
 std::string exported(const Note& note, const ExportOptions& options) {
     const MarkdownParserService parser;
-    HTMLExporter exporter{NoteBody(parser, nullptr, GuardedRenderer(CORVEL_MARKDOWN_HELPER))};
+    HTMLExporter exporter{NoteBody(parser, nullptr, GuardedRenderer())};
     std::optional<ExportOutcome> outcome;
     exporter.exportNote(note, options, themes::builtInDark(), Gio::Cancellable::create(),
                         [&](ExportOutcome result) { outcome = std::move(result); });

@@ -11,7 +11,7 @@ namespace {
 
 std::string exported(const std::string& content, const ExportOptions& options) {
     const MarkdownParserService parser;
-    TXTExporter exporter{NoteBody(parser, nullptr, GuardedRenderer(CORVEL_MARKDOWN_HELPER))};
+    TXTExporter exporter{NoteBody(parser, nullptr, GuardedRenderer())};
     Note note;
     note.title = "Not in the file";
     note.content = content;

@@ -200,14 +200,17 @@ TEST_F(MarkdownImporterTest, CancelKeepsWhatIsInAndAnswersOnce) {
     std::optional<ImportReport> answer;
     importer.start(
         {disk.path()}, {},
-        [&](std::size_t done, std::size_t) {
-            if (done > 0) importer.cancel();
+        [&](std::size_t done, std::size_t found) {
+            if (done == 0) return;
+            EXPECT_EQ(found, 2000U);
+            importer.cancel();
         },
         [&](const ImportReport& report) { answer = report; });
     ASSERT_TRUE(turnUntil([&] { return answer.has_value(); }));
     EXPECT_TRUE(answer->wasCancelled);
     EXPECT_GT(answer->imported, 0U);
     EXPECT_LT(answer->imported, 2000U);
+    EXPECT_EQ(answer->notReached, 2000U - answer->imported);
     EXPECT_EQ(notes().size(), answer->imported);
 }
 

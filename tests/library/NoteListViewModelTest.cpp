@@ -230,5 +230,24 @@ TEST_F(NoteListViewModelTest, TheSidebarFollowsNotesAndFolders) {
     EXPECT_EQ(changes, before) << "nothing differs, nobody is told";
 }
 
+TEST_F(NoteListViewModelTest, ASearchBegunAnewKeepsItsHitsUntilItHasThemAgain) {
+    const Note hit = library.add("# Hit\n\nneedle", 1);
+    const Note other = library.add("# Other hit\n\nneedle", 2);
+    // Newest, so read first; folding it alone takes longer than a slice.
+    const Note haystack = library.add("# Haystack\n" + std::string(30'000'000, 'x'), 3);
+    list.setSearchQuery("needle");
+    ASSERT_TRUE(turnUntil([&] { return list.isSearchFinished(); }));
+    ASSERT_THAT(titles(), ElementsAre("Other hit", "Hit"));
+    library->notes.togglePin(haystack.id);
+    EXPECT_FALSE(list.isSearchFinished());
+    EXPECT_THAT(titles(), ElementsAre("Other hit", "Hit"));
+    library->notes.moveToTrash(other.id);
+    EXPECT_THAT(titles(), ElementsAre("Hit"));
+    library->notes.restoreFromTrash(other.id);
+    ASSERT_TRUE(turnUntil([&] { return list.isSearchFinished(); }));
+    EXPECT_THAT(titles(), ElementsAre("Other hit", "Hit"));
+    EXPECT_EQ(list.positionOf(hit.id), 1U);
+}
+
 }  // namespace
 }  // namespace corvel

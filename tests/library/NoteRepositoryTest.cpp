@@ -212,6 +212,30 @@ TEST(DerivedRows, ARebuildGivesTheSameRowsAfterAnyChanges) {
     EXPECT_EQ(dumpOfStore(library.controller()), kept);
 }
 
+TEST(DerivedRows, ARebuildThatEndsEarlyLeavesTheRowsAndBeginsAnew) {
+    TestLibrary library;
+    for (int i = 0; i < 30; ++i)
+        library.add("# T" + std::to_string(i) + "\nwords #a/b" + std::to_string(i));
+    const std::string whole = dumpOfStore(library.controller());
+    auto& context = library.controller().viewContext();
+    context.database().execute("UPDATE counter SET value=-1 WHERE name='derivedVersion'");
+    ASSERT_TRUE(derivedRows::isRebuildDue(context));
+    {
+        derivedRows::Rebuild work(context, derivedRows::WordCounts::recount);
+        EXPECT_TRUE(work.step(std::chrono::milliseconds(0)));
+        EXPECT_EQ(work.doneCount(), 1U);
+        EXPECT_EQ(work.noteCount(), 30U);
+    }
+    EXPECT_TRUE(derivedRows::isRebuildDue(context));
+    derivedRows::Rebuild again(context, derivedRows::WordCounts::recount);
+    int steps = 0;
+    while (again.step(std::chrono::milliseconds(0)))
+        ++steps;
+    EXPECT_GE(steps, 29);
+    EXPECT_FALSE(derivedRows::isRebuildDue(context));
+    EXPECT_EQ(dumpOfStore(library.controller()), whole);
+}
+
 TEST(DerivedRows, AnOldStoreIsDerivedWhenItIsOpened) {
     TestLibrary library;
     library.add("# T\nwords of #some/tag");

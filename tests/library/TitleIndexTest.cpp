@@ -138,7 +138,7 @@ TEST_F(TitleIndexTest, FindsWhatAPlainLookAtEachTitleFinds) {
         return text;
     };
     std::vector<std::string> titles;
-    for (std::int64_t i = 0; i < 300; ++i) {
+    for (std::int64_t i = 0; i < 800; ++i) {
         titles.push_back(word(9));
         add(titles.back(), 1'000 - i);
     }

@@ -40,7 +40,7 @@ RenderOutcome rendered(const GuardedRenderer& renderer,
 }
 
 GuardedRenderer withHelper() {
-    return GuardedRenderer(CORVEL_MARKDOWN_HELPER);
+    return GuardedRenderer();
 }
 
 std::string wideTable() {

@@ -1,5 +1,9 @@
 #include "support/SessionBus.h"
 
+#include "platform/Handle.h"
+#include "support/TemporaryFolder.h"
+
+#include <gio/gio.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -24,25 +28,42 @@ std::string firstLineOf(GInputStream* stream) {
 
 }  // namespace
 
-SessionBus::SessionBus() {
-    const auto file = "--config-file=" + m_folder.write("bus.conf", kConfiguration).string();
-    m_daemon.reset(g_subprocess_new(
-        static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
-                                      G_SUBPROCESS_FLAGS_STDERR_SILENCE),
-        nullptr, "dbus-daemon", file.c_str(), "--nofork", "--print-address", nullptr));
-    const auto address =
-        m_daemon ? firstLineOf(g_subprocess_get_stdout_pipe(m_daemon.get())) : std::string();
-    EXPECT_NE(address, "");
-    setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-    const GObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    EXPECT_NE(bus, nullptr);
-    if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-}
+class SessionBus::Daemon {
+public:
+    Daemon() {
+        const auto file = "--config-file=" + m_folder.write("bus.conf", kConfiguration).string();
+        m_process.reset(g_subprocess_new(
+            static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
+                                          G_SUBPROCESS_FLAGS_STDERR_SILENCE),
+            nullptr, "dbus-daemon", file.c_str(), "--nofork", "--print-address", nullptr));
+        if (m_process) m_address = firstLineOf(g_subprocess_get_stdout_pipe(m_process.get()));
+        EXPECT_NE(m_address, "");
+        tell();
+        m_connection.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+        EXPECT_NE(m_connection, nullptr);
+        if (m_connection) g_dbus_connection_set_exit_on_close(m_connection.get(), FALSE);
+    }
+    Daemon(const Daemon&) = delete;
+    Daemon& operator=(const Daemon&) = delete;
+    ~Daemon() {
+        if (!m_process) return;
+        g_subprocess_force_exit(m_process.get());
+        g_subprocess_wait(m_process.get(), nullptr, nullptr);
+    }
 
-SessionBus::~SessionBus() {
-    if (!m_daemon) return;
-    g_subprocess_force_exit(m_daemon.get());
-    g_subprocess_wait(m_daemon.get(), nullptr, nullptr);
+    /// To programs that are started from now on.
+    void tell() const { setenv("DBUS_SESSION_BUS_ADDRESS", m_address.c_str(), 1); }
+
+private:
+    TemporaryFolder m_folder;
+    GObjectHandle<GSubprocess> m_process;
+    std::string m_address;
+    GObjectHandle<GDBusConnection> m_connection;
+};
+
+SessionBus::SessionBus() {
+    static const Daemon daemon;
+    daemon.tell();
 }
 
 }  // namespace corvel

@@ -1,24 +1,18 @@
 #pragma once
 
-#include "platform/Handle.h"
-#include "support/TemporaryFolder.h"
-
-#include <gio/gio.h>
+#include <string>
 
 namespace corvel {
 
-/// A session bus of a test's own, with nothing on it and nothing it could start. One a process:
-/// GLib keeps its connection.
+/// A session bus of the test program's own, with nothing on it that a test did not put there and
+/// nothing it could start. All tests of a process share it: GLib keeps one connection a process
+/// for as long as anybody holds it, and libraries do.
 class SessionBus {
 public:
     SessionBus();
-    SessionBus(const SessionBus&) = delete;
-    SessionBus& operator=(const SessionBus&) = delete;
-    ~SessionBus();
 
 private:
-    TemporaryFolder m_folder;
-    GObjectHandle<GSubprocess> m_daemon;
+    class Daemon;
 };
 
 }  // namespace corvel

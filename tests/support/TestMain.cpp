@@ -1,3 +1,4 @@
+#include "app/HelperRoles.h"
 #include "platform/MainThread.h"
 #include "support/TemporaryFolder.h"
 
@@ -6,8 +7,10 @@
 
 #include <cstdlib>
 
-/// Every test program runs with XDG folders of its own, removed at its end.
+/// A test program is its own helper, as the program is. Every one runs with XDG folders of its own,
+/// removed at its end.
 int main(int argc, char** argv) {
+    if (const auto status = corvel::runAsHelper(argc, argv)) return *status;
     const corvel::TemporaryFolder home;
     for (const char* name :
          {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "HOME"}) {

@@ -1,3 +1,4 @@
+#include "library/Notifications.h"
 #include "model/PersistenceController.h"
 #include "support/TemporaryFolder.h"
 #include "ui/MainWindow.h"
@@ -358,6 +359,40 @@ TEST(MainWindow, AnImageIsPastedAsOneStepAndTextAsBefore) {
     view.get_buffer()->place_cursor(view.get_buffer()->end());
     paste();
     EXPECT_TRUE(Program::becomes([&] { return text().ends_with(")!"); }));
+}
+
+// How many rows of the list lie in its window, wholly or in part.
+std::size_t rowsInSight(Gtk::ListView& list, const Gtk::Widget& window) {
+    std::size_t count = 0;
+    for (auto* row = list.get_first_child(); row != nullptr; row = row->get_next_sibling()) {
+        double x = 0;
+        double y = 0;
+        if (!row->get_child_visible() || !row->translate_coordinates(list, 0, 0, x, y)) continue;
+        if (y + row->get_height() > 0 && y < window.get_height()) ++count;
+    }
+    return count;
+}
+
+TEST(MainWindow, FillsTheListAroundANoteFarDownThatAnEmptyLibraryGot) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    EXPECT_TRUE(Program::becomes([&] { return run.window().list().get_height() > 0; }));
+    auto& library = run.session().library;
+    Note note;
+    ViewContext::Group group(library.controller.viewContext());
+    for (int i = 0; i < 900; ++i) {
+        note.id = Uuid::random();
+        note.title = "Note " + std::to_string(i);
+        note.modifiedAt = Date::fromSeconds(1'000'000 - i);
+        library.notes.createUnsaved(note);
+    }
+    group.commit();
+    run.session().notifications.post(notifications::folderDidChange);
+    run.session().reveal(note.id);
+    auto& view = run.window().list().view();
+    EXPECT_TRUE(Program::becomes([&] { return rowsInSight(view.rows(), view) >= 5; }))
+        << rowsInSight(view.rows(), view);
+    EXPECT_EQ(view.selectedNotes(), std::vector{note.id});
 }
 
 }  // namespace

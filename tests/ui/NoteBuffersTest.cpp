@@ -38,11 +38,23 @@ TEST_F(NoteBuffersTest, UndoStaysWithinItsNoteAndIsThereWhenTheNoteComesBack) {
     EXPECT_EQ(NoteBuffers::textOf(*other), "two");
 }
 
-TEST_F(NoteBuffersTest, TextThatChangedElsewhereReplacesBufferAndSteps) {
-    type(buffers.bufferFor(first, "one"), " more");
-    const auto buffer = buffers.bufferFor(first, "another text");
-    EXPECT_EQ(NoteBuffers::textOf(*buffer), "another text");
-    EXPECT_FALSE(buffer->get_can_undo()) << "steps of a text that is gone";
+TEST_F(NoteBuffersTest, TextThatChangedElsewhereIsOneStepAndTheCursorStaysAtItsWords) {
+    const std::string before = "# Zażółć\none\ntwo\nthree\nfour\n";
+    const std::string after = "# Zażółć gęślą\nnew\none\nthree\nFOUR\nend\n";
+    const auto buffer = buffers.bufferFor(first, before);
+    const auto found = before.find("three") - 4;  // four letters of two bytes stand before it
+    buffer->place_cursor(buffer->get_iter_at_offset(static_cast<int>(found) + 2));
+    EXPECT_EQ(buffers.bufferFor(first, after), buffer);
+    EXPECT_EQ(NoteBuffers::textOf(*buffer), after);
+    auto cursor = buffer->get_insert()->get_iter();
+    cursor.forward_chars(3);
+    EXPECT_EQ(buffer->get_text(buffer->get_insert()->get_iter(), cursor), "ree");
+    buffer->undo();
+    EXPECT_EQ(NoteBuffers::textOf(*buffer), before);
+    EXPECT_FALSE(buffer->get_can_undo());
+    buffer->redo();
+    EXPECT_EQ(NoteBuffers::textOf(*buffer), after);
+    EXPECT_EQ(NoteBuffers::textOf(*buffers.bufferFor(first, "")), "");
 }
 
 TEST_F(NoteBuffersTest, TheBufferInUseOutlivesAllOthers) {

@@ -13,6 +13,10 @@ constexpr std::array kEditorModes{std::pair{EditorMode::editor, "editor"},
                                   std::pair{EditorMode::split, "split"},
                                   std::pair{EditorMode::preview, "preview"}};
 
+constexpr std::array kExternalFileUses{
+    std::pair{ExternalFileUse::ask, "ask"}, std::pair{ExternalFileUse::import, "import"},
+    std::pair{ExternalFileUse::link, "link"}, std::pair{ExternalFileUse::preview, "preview"}};
+
 struct SizeRow {
     UISize size;
     const char* name;
@@ -38,6 +42,20 @@ std::string rawValue(UISize size) {
         if (row.size == size) return row.name;
     }
     return "normal";
+}
+
+std::string rawValue(ExternalFileUse use) {
+    for (const auto& [value, name] : kExternalFileUses) {
+        if (value == use) return name;
+    }
+    return "ask";
+}
+
+ExternalFileUse externalFileUseFrom(const std::string& name) {
+    for (const auto& [value, known] : kExternalFileUses) {
+        if (name == known) return value;
+    }
+    return ExternalFileUse::ask;
 }
 
 double fontScale(UISize size) {

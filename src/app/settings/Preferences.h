@@ -8,9 +8,14 @@ namespace corvel {
 
 enum class EditorMode { editor, split, preview };
 enum class UISize { small, normal, large };
+/// What is done with Markdown files that are opened from outside the program.
+enum class ExternalFileUse { ask, import, link, preview };
 
 std::string rawValue(EditorMode mode);
 std::string rawValue(UISize size);
+std::string rawValue(ExternalFileUse use);
+/// `ask` for an unknown name.
+ExternalFileUse externalFileUseFrom(const std::string& name);
 /// Factor for every font size of the interface: 0.85, 1.0 or 1.2.
 double fontScale(UISize size);
 
@@ -31,6 +36,9 @@ public:
     /// Seconds between an edit and its saving; at least a tenth of a second.
     double autoSaveInterval() const;
     EditorMode defaultEditorMode() const;
+    ExternalFileUse openExternalFiles() const {
+        return externalFileUseFrom(m_defaults.string("openExternalFiles").value_or(""));
+    }
     /// Whether previews may fetch images from the web.
     bool loadRemoteImages() const { return m_defaults.boolean("loadRemoteImages").value_or(true); }
     int trashRetentionDays() const { return m_defaults.integer("trashRetentionDays").value_or(30); }
@@ -47,6 +55,9 @@ public:
     void setAutoSaveInterval(double seconds) { m_defaults.setReal("autoSaveInterval", seconds); }
     void setDefaultEditorMode(EditorMode mode) {
         m_defaults.setString("defaultEditorMode", rawValue(mode));
+    }
+    void setOpenExternalFiles(ExternalFileUse use) {
+        m_defaults.setString("openExternalFiles", rawValue(use));
     }
     void setLoadRemoteImages(bool on) { m_defaults.setBoolean("loadRemoteImages", on); }
     void setTrashRetentionDays(int days) { m_defaults.setInteger("trashRetentionDays", days); }

@@ -107,6 +107,10 @@ WebKitView::~WebKitView() {
     auto* content = webkit_web_view_get_user_content_manager(m_view);
     g_signal_handlers_disconnect_by_data(content, this);
     webkit_user_content_manager_unregister_script_message_handler(content, kScrollMessage, nullptr);
+    if (m_message) {
+        webkit_user_content_manager_unregister_script_message_handler(
+            content, m_messageName.c_str(), nullptr);
+    }
     if (m_widget->get_parent() != nullptr) m_widget->unparent();
     g_object_unref(m_view);
 }
@@ -173,6 +177,22 @@ void WebKitView::terminate() {
 
 void WebKitView::setScrollHandler(std::function<void(double)> handler) {
     m_scroll = std::move(handler);
+}
+
+void WebKitView::setMessageHandler(const char* name,
+                                   std::function<void(const std::string&)> handler) {
+    m_message = std::move(handler);
+    m_messageName = name;
+    auto* content = webkit_web_view_get_user_content_manager(m_view);
+    const std::string signal = "script-message-received::" + m_messageName;
+    g_signal_connect(content, signal.c_str(), G_CALLBACK(messageCame), this);
+    webkit_user_content_manager_register_script_message_handler(content, name, nullptr);
+}
+
+void WebKitView::messageCame(WebKitUserContentManager*, JSCValue* value, gpointer self) {
+    if (jsc_value_is_string(value) == FALSE) return;
+    const Handle<char, g_free> text(jsc_value_to_string(value));
+    static_cast<WebKitView*>(self)->m_message(text.get());
 }
 
 void WebKitView::loadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {

@@ -28,6 +28,9 @@ public:
     /// What shows where no page is yet.
     void setBackground(const Gdk::RGBA& color);
     WebKitWebView* handle() const { return m_view; }
+    /// Receives what the page's own script posts to the handler `name`, if it is a text. Set once,
+    /// before the first page.
+    void setMessageHandler(const char* name, std::function<void(const std::string&)> handler);
 
     void loadPage(const std::string& html) override;
     void evaluate(const std::string& script, Evaluated done) override;
@@ -52,6 +55,7 @@ private:
     static void processEnded(WebKitWebView*,
                              WebKitWebProcessTerminationReason reason,
                              gpointer self);
+    static void messageCame(WebKitUserContentManager*, JSCValue* value, gpointer self);
     static void scrolled(WebKitUserContentManager*, JSCValue* value, gpointer self);
 
     WebKitWebView* m_view;
@@ -60,6 +64,8 @@ private:
     std::optional<std::string> m_waitingPage;
     bool m_isLoading = false;
     std::function<void(double)> m_scroll;
+    std::function<void(const std::string&)> m_message;
+    std::string m_messageName;
     ScopedConnection m_filterSettled;
     ScopedConnection m_failing;
     sigc::signal<void()> m_loaded;

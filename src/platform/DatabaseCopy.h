@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Database.h"
+#include "platform/Handle.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+
+namespace corvel {
+
+/// Copies an open database to a new file, some pages at a step, by SQLite's online backup. Changes
+/// that the connection makes meanwhile go into the copy as well: it is of the moment of the last
+/// step. The copy is not synced.
+class DatabaseCopy {
+public:
+    /// `waiting`: a transaction is open, so that nothing could be copied now.
+    enum class State { working, waiting, done };
+
+    /// Makes the file. Throws StoreError. The database must outlive the copy.
+    DatabaseCopy(Database& from, const std::filesystem::path& to);
+
+    /// Throws StoreError: the copy then is of no use.
+    State step(int pages);
+    /// Of the pages, from 0 to 1.
+    double fraction() const;
+
+private:
+    Handle<sqlite3, sqlite3_close_v2> m_to;
+    Handle<sqlite3_backup, sqlite3_backup_finish> m_backup;
+};
+
+}  // namespace corvel

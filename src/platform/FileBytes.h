@@ -1,0 +1,40 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace corvel {
+
+/// Up to `size` bytes from where the open file stands; fewer where it ends earlier. None when
+/// reading fails.
+template <typename Bytes>
+std::optional<Bytes> readAll(int file, std::size_t size) {
+    Bytes bytes(size, {});
+    std::size_t filled = 0;
+    while (filled < size) {
+        const ssize_t count = ::read(file, bytes.data() + filled, size - filled);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return std::nullopt;
+        if (count == 0) break;
+        filled += static_cast<std::size_t>(count);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+/// False, with `errno` set, when not all could be written.
+inline bool writeAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+}  // namespace corvel

@@ -1,0 +1,71 @@
+#include "platform/FileCopy.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+namespace corvel {
+
+namespace {
+
+constexpr std::size_t kBuffer = std::size_t{128} * 1024;
+constexpr mode_t kMode = 0666;
+
+FileDescriptor openRegular(const std::filesystem::path& path) {
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return {};
+    if (S_ISREG(status.st_mode)) return file;
+    errno = EINVAL;
+    return {};
+}
+
+}  // namespace
+
+FileCopy::FileCopy(const std::filesystem::path& from, const std::filesystem::path& to)
+    : m_from(openRegular(from)) {
+    if (!m_from.isOpen()) {
+        stop(errno, true);
+        return;
+    }
+    m_to = FileDescriptor(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
+    if (!m_to.isOpen()) stop(errno, false);
+}
+
+bool FileCopy::stop(int error, bool isSource) {
+    m_error = error;
+    m_isSourceBad = isSource;
+    return false;
+}
+
+bool FileCopy::step(std::size_t most) {
+    if (m_error != 0) return false;
+    std::vector<char> buffer(std::min(most, kBuffer));
+    for (std::size_t done = 0; done < most;) {
+        const ssize_t count =
+            ::read(m_from.get(), buffer.data(), std::min(buffer.size(), most - done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return stop(errno, true);
+        if (count == 0) return false;
+        if (!writeAll(buffer.data(), static_cast<std::size_t>(count))) return false;
+        done += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+bool FileCopy::writeAll(const char* data, std::size_t size) {
+    while (size > 0) {
+        const ssize_t count = ::write(m_to.get(), data, size);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return stop(errno, false);
+        data += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+}  // namespace corvel

@@ -1,5 +1,0 @@
-#include "markdown/MarkdownHelper.h"
-
-int main() {
-    return corvel::runMarkdownHelper();
-}
