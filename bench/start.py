@@ -2,7 +2,9 @@
 """First frame of the program over a library, beside an empty gtkmm window: the ratio of their medians.
 
 usage: start.py PROGRAM EMPTY_WINDOW STORE_FOLDER [ROUNDS]
-STORE_FOLDER holds qnoCorvel.sqlite; it is used as it is. Needs a display (xvfb-run -a).
+       start.py --stores PROGRAM STORE_FOLDER OTHER_STORE_FOLDER [ROUNDS]
+A STORE_FOLDER holds qnoCorvel.sqlite; it is used as it is. Needs a display (xvfb-run -a). With --stores the program
+is started over two libraries by turns, and the ratio is the first one's to the other's.
 """
 
 import os
@@ -32,13 +34,28 @@ def first_frame(program, home):
         process.wait()
 
 
+def give(home, store):
+    folder = os.path.join(home, "qno Corvel")
+    os.makedirs(folder)
+    shutil.copy(os.path.join(store, "qnoCorvel.sqlite"), folder)
+
+
+def compare_stores(program, first, second, rounds):
+    with tempfile.TemporaryDirectory() as home, tempfile.TemporaryDirectory() as other:
+        give(home, first)
+        give(other, second)
+        pairs = [(first_frame(program, home), first_frame(program, other)) for _ in range(rounds + 1)][1:]
+    medians = [statistics.median(side) for side in zip(*pairs)]
+    print(f"first {medians[0]:.0f} ms, other {medians[1]:.0f} ms, ratio {medians[0] / medians[1]:.2f}")
+
+
 def main():
+    if sys.argv[1] == "--stores":
+        return compare_stores(*sys.argv[2:5], int(sys.argv[5]) if len(sys.argv) > 5 else 15)
     program, empty, store = sys.argv[1:4]
     rounds = int(sys.argv[4]) if len(sys.argv) > 4 else 15
     with tempfile.TemporaryDirectory() as home:
-        folder = os.path.join(home, "qno Corvel")
-        os.makedirs(folder)
-        shutil.copy(os.path.join(store, "qnoCorvel.sqlite"), folder)
+        give(home, store)
         pairs = [(first_frame(empty, home), first_frame(program, home)) for _ in range(rounds + 1)][1:]
     medians = [statistics.median(side) for side in zip(*pairs)]
     print(f"empty window {medians[0]:.0f} ms, program {medians[1]:.0f} ms, ratio {medians[1] / medians[0]:.2f}")
