@@ -4,14 +4,11 @@
 #include "model/PersistenceController.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
+#include "support/LoopSlices.h"
 #include "support/PairedRun.h"
 
 #include <glibmm/init.h>
-#include <glibmm/main.h>
 
-#include <algorithm>
-#include <chrono>
-#include <ctime>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -21,7 +18,6 @@
 namespace {
 
 using namespace corvel;
-using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kFiles = 10'000;
 constexpr int kRounds = 3;
@@ -51,14 +47,7 @@ public:
             isDone = true;
             m_imported = report.imported;
         });
-        const auto context = Glib::MainContext::get_default();
-        while (!isDone) {
-            const auto start = Clock::now();
-            const auto cpuStart = std::clock();
-            context->iteration(true);
-            m_longestSlice = std::max(m_longestSlice, Clock::now() - start);
-            m_longestCpu = std::max(m_longestCpu, std::clock() - cpuStart);
-        }
+        m_slices.runUntil([&isDone] { return isDone; });
     }
 
     void writeBare() {
@@ -78,14 +67,7 @@ public:
     }
 
     std::size_t imported() const { return m_imported; }
-    double longestSliceMilliseconds() const {
-        return std::chrono::duration<double, std::milli>(m_longestSlice).count();
-    }
-    /// What the processor spent on the costliest slice: other work on the machine has no part in
-    /// it.
-    double costliestSliceMilliseconds() const {
-        return 1000.0 * static_cast<double>(m_longestCpu) / CLOCKS_PER_SEC;
-    }
+    const LoopSlices& slices() const { return m_slices; }
 
 private:
     std::filesystem::path freshFolder() {
@@ -98,8 +80,7 @@ private:
     std::vector<std::filesystem::path> m_files;
     int m_runs = 0;
     std::size_t m_imported = 0;
-    Clock::duration m_longestSlice{};
-    std::clock_t m_longestCpu = 0;
+    LoopSlices m_slices;
 };
 
 void compareImport(benchmark::State& state) {
@@ -107,8 +88,7 @@ void compareImport(benchmark::State& state) {
     PairedRun(kRounds).run(
         state, [&] { bench.importAll(); }, [&] { bench.writeBare(); });
     if (bench.imported() != kFiles) state.SkipWithError("not every file was imported");
-    state.counters["longest_slice_ms"] = bench.longestSliceMilliseconds();
-    state.counters["costliest_slice_ms"] = bench.costliestSliceMilliseconds();
+    bench.slices().report(state);
 }
 
 }  // namespace

@@ -3,22 +3,18 @@
 #include "model/PersistenceController.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
+#include "support/LoopSlices.h"
 #include "support/PairedRun.h"
 
 #include <glibmm/init.h>
-#include <glibmm/main.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <string>
 
 namespace {
 
 using namespace corvel;
-using Clock = std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
 constexpr std::size_t kNotes = 10'000;
@@ -45,14 +41,7 @@ public:
             isDone = true;
             m_exported = report.notes;
         });
-        const auto context = Glib::MainContext::get_default();
-        while (!isDone) {
-            const auto start = Clock::now();
-            const auto cpuStart = std::clock();
-            context->iteration(false);
-            m_longestSlice = std::max(m_longestSlice, Clock::now() - start);
-            m_longestCpu = std::max(m_longestCpu, std::clock() - cpuStart);
-        }
+        m_slices.runUntil([&isDone] { return isDone; });
     }
 
     void copyAll() {
@@ -71,12 +60,7 @@ public:
     }
 
     std::size_t exported() const { return m_exported; }
-    double longestSliceMilliseconds() const {
-        return std::chrono::duration<double, std::milli>(m_longestSlice).count();
-    }
-    double costliestSliceMilliseconds() const {
-        return 1000.0 * static_cast<double>(m_longestCpu) / CLOCKS_PER_SEC;
-    }
+    const LoopSlices& slices() const { return m_slices; }
 
 private:
     BenchFolder m_folder;
@@ -86,8 +70,7 @@ private:
     fs::path m_last;
     int m_runs = 0;
     std::size_t m_exported = 0;
-    Clock::duration m_longestSlice{};
-    std::clock_t m_longestCpu = 0;
+    LoopSlices m_slices;
 };
 
 void compareExport(benchmark::State& state) {
@@ -95,8 +78,7 @@ void compareExport(benchmark::State& state) {
     PairedRun(kRounds).run(
         state, [&] { bench.exportAll(); }, [&] { bench.copyAll(); });
     if (bench.exported() != kNotes) state.SkipWithError("not every note was exported");
-    state.counters["longest_slice_ms"] = bench.longestSliceMilliseconds();
-    state.counters["costliest_slice_ms"] = bench.costliestSliceMilliseconds();
+    bench.slices().report(state);
 }
 
 }  // namespace

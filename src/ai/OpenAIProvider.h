@@ -1,28 +1,19 @@
 #pragma once
 
-#include "ai/AIConnection.h"
-#include "ai/AIProviderService.h"
+#include "ai/HostedProvider.h"
 
 namespace corvel {
 
 /// The chat completions API of OpenAI.
-class OpenAIProvider : public AIProviderService {
+class OpenAIProvider : public HostedProvider {
 public:
-    OpenAIProvider(AIConnection connection, std::string apiKey, std::string model)
-        : m_connection(std::move(connection))
-        , m_apiKey(std::move(apiKey))
-        , m_model(std::move(model)) {}
+    using HostedProvider::HostedProvider;
 
     AIProviderType providerType() const override { return AIProviderType::openai; }
     std::unique_ptr<TextStream> streamMessage(const std::vector<AIMessage>& messages,
                                               const std::string& systemPrompt,
                                               int maxTokens,
                                               TextStream::Handler handler) const override;
-
-private:
-    AIConnection m_connection;
-    std::string m_apiKey;
-    std::string m_model;
 };
 
 }  // namespace corvel

@@ -27,7 +27,8 @@ void RecentNotes::opened(const Uuid& id) {
 void RecentNotes::remember(UserDefaults& defaults) const {
     std::string words;
     for (const Uuid& id : m_ids) {
-        words += (words.empty() ? "" : " ") + id.toString();
+        if (!words.empty()) words += ' ';
+        words += id.toString();
     }
     defaults.setString(kKey, words);
 }

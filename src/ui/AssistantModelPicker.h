@@ -2,6 +2,7 @@
 
 #include "ai/AIAssistantViewModel.h"
 
+#include <giomm/menu.h>
 #include <giomm/simpleaction.h>
 #include <gtkmm/label.h>
 #include <gtkmm/menubutton.h>

@@ -1,6 +1,7 @@
 #include "ai/AIAssistantViewModel.h"
 #include "ai/AIServices.h"
 #include "ai/AITestSettings.h"
+#include "support/FileContent.h"
 #include "support/Keyring.h"
 #include "support/MainLoop.h"
 #include "support/ScriptedServer.h"
@@ -9,8 +10,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace corvel {
 namespace {
@@ -19,11 +18,6 @@ namespace fs = std::filesystem;
 using Property = AIAssistantViewModel::Property;
 
 constexpr const char* kMarker = "MARKER-of-the-key-42";
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 /// Files in `folder` that hold the key, but for the keyring's own.
 std::vector<std::string> filesWithKey(const fs::path& folder) {

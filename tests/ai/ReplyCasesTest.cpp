@@ -2,6 +2,7 @@
 #include "ai/ClaudeProvider.h"
 #include "ai/GeminiProvider.h"
 #include "ai/OpenAIProvider.h"
+#include "support/FileContent.h"
 #include "support/MainLoop.h"
 #include "support/ScriptedServer.h"
 
@@ -11,17 +12,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace corvel {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::unique_ptr<AIProviderService> providerFor(const std::string& name, AIConnection connection) {
     if (name.starts_with("claude")) {

@@ -1,4 +1,5 @@
 #include "app/Session.h"
+#include "support/FileContent.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
@@ -12,7 +13,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 
 namespace corvel {
@@ -195,8 +195,7 @@ TEST_F(DraftRecoveryTest, ADraftOutlivesAStoreThatRefuses) {
 TEST_F(DraftRecoveryTest, NothingIsSaidOfWordsThatWereSavedAndDamageIsSetAside) {
     const Uuid id = crashAfterTyping("a", "b");
     const auto draft = draftsIn(draftFolder()).at(0);
-    std::ifstream file(draft, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = contentOf(draft);
     { const ProgramRun run(folder.path()); }
     std::ofstream(draft, std::ios::binary) << bytes;
     {

@@ -1,4 +1,5 @@
 #include "app/EmailDraft.h"
+#include "support/FileContent.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "themes/BuiltInThemes.h"
@@ -8,8 +9,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace corvel {
 namespace {
@@ -35,8 +34,7 @@ TEST(EmailDraft, WritesAPrivateFileAndSweepsThoseOfEarlierDays) {
     ASSERT_TRUE(turnUntil([&] { return answers > 0; }));
     ASSERT_TRUE(written.has_value());
     EXPECT_EQ(answers, 1);
-    std::ifstream file(*written, std::ios::binary);
-    const std::string message{std::istreambuf_iterator<char>(file), {}};
+    const std::string message = contentOf(*written);
     EXPECT_THAT(message, testing::StartsWith("Subject: Subject\r\n"));
     EXPECT_THAT(message, HasSubstr("X-Unsent: 1\r\n"));
     const auto others = fs::perms::group_all | fs::perms::others_all;

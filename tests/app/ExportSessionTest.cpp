@@ -1,4 +1,5 @@
 #include "app/ExportSession.h"
+#include "support/FileContent.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 
@@ -9,7 +10,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 
 namespace corvel {
@@ -59,10 +59,6 @@ protected:
             std::move(ids));
     }
 
-    static std::string contentOf(const fs::path& file) {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
     std::vector<std::string> names() const {
         std::vector<std::string> found;
         for (const auto& entry : fs::directory_iterator(target)) {

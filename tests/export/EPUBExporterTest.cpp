@@ -3,6 +3,7 @@
 #include "export/epub/ChapterMarkup.h"
 #include "export/epub/XmlText.h"
 #include "platform/Handle.h"
+#include "support/FileContent.h"
 #include "support/TemporaryFolder.h"
 #include "themes/BuiltInThemes.h"
 #include "themes/ThemeStylesheet.h"
@@ -14,19 +15,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
 namespace corvel {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 Note noteWith(const std::string& title, const std::string& content) {
     Note note;

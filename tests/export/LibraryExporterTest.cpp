@@ -2,6 +2,7 @@
 #include "export/PortableNames.h"
 #include "library/LibraryManifest.h"
 #include "library/MarkdownImporter.h"
+#include "support/FileContent.h"
 #include "support/MainLoop.h"
 #include "support/TestLibrary.h"
 
@@ -9,8 +10,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <fstream>
-#include <iterator>
 #include <map>
 
 namespace corvel {
@@ -79,11 +78,6 @@ private:
     bool m_withIDs;
     std::map<Uuid, std::string> m_names;
 };
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::vector<std::string> entriesOf(const fs::path& folder) {
     std::vector<std::string> names;

@@ -1,22 +1,17 @@
 #include "markdown/MarkdownParserService.h"
 #include "markdown/MarkdownPlainTextRenderer.h"
+#include "support/FileContent.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace corvel {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // Each folder of cases/body/ holds in.md and the body.html it must give. With CORVEL_RECORD_CASES
 // set the files are written anew, to be reviewed as a change.

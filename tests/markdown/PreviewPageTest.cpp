@@ -1,16 +1,13 @@
 #include "markdown/PreviewPage.h"
+#include "support/FileContent.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
-#include <iterator>
 
 namespace corvel {
 namespace {
 
 TEST(PreviewPage, IsTheRecordedTemplateWithTheStylesheetAndTheBody) {
-    std::ifstream file(CORVEL_TEST_DATA "/markdown/cases/preview/page.html", std::ios::binary);
-    const std::string recorded{std::istreambuf_iterator<char>(file), {}};
+    const std::string recorded = contentOf(CORVEL_TEST_DATA "/markdown/cases/preview/page.html");
     ASSERT_FALSE(recorded.empty());
     EXPECT_EQ(PreviewPage::html("CSS", "BODY"), recorded);
     EXPECT_EQ(PreviewPage::scriptHash(), "sha256-PpTn5sgoJZ9vPATrCgnMc19Mq00VzsGudi4rBBoyntg=");

@@ -1,10 +1,9 @@
+#include "support/FileContent.h"
 #include "themes/BuiltInThemes.h"
 #include "themes/ThemeStylesheet.h"
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <string>
 
@@ -14,8 +13,7 @@ namespace {
 using testing::HasSubstr;
 
 TEST(ThemeStylesheet, OfTheDarkThemeIsTheRecordedSheet) {
-    std::ifstream file(CORVEL_TEST_DATA "/themes/cases/dark.css", std::ios::binary);
-    const std::string recorded{std::istreambuf_iterator<char>(file), {}};
+    const std::string recorded = contentOf(CORVEL_TEST_DATA "/themes/cases/dark.css");
     ASSERT_FALSE(recorded.empty());
     EXPECT_EQ(generateCSS(themes::builtInDark()), recorded);
 }

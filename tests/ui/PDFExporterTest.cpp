@@ -2,6 +2,7 @@
 #include "markdown/DataUrl.h"
 #include "platform/gtk/WebKitPrintView.h"
 #include "platform/gtk/WebRoom.h"
+#include "support/FileContent.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "themes/BuiltInThemes.h"
@@ -12,7 +13,6 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 
 namespace corvel {
@@ -45,11 +45,6 @@ protected:
         if (const auto* error = std::get_if<ExportError>(&*outcome)) ADD_FAILURE() << error->what();
         const auto* bytes = std::get_if<std::string>(&*outcome);
         return folder.write("note.pdf", bytes != nullptr ? *bytes : "");
-    }
-
-    static std::string contentOf(const fs::path& file) {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     /// A pixel near the beginning of a PPM file, whose header has no fixed length.
