@@ -46,13 +46,13 @@ ImageKeeper::Taken ImageKeeper::take(std::vector<std::uint8_t> bytes,
                                 std::string(type),
                                 std::move(bytes),
                                 {}};
-    ViewContext::Group group(m_library.controller.viewContext());
+    auto& store = m_library.controller.viewContext();
+    ViewContext::Batch batch(store);
     try {
-        m_library.attachments.createUnsaved(attachment, noteID);
-        group.commit();
+        batch.apply([&] { m_library.attachments.createUnsaved(attachment, noteID); });
+        store.save();
     } catch (const StoreError& error) {
         logLine(std::string("Error importing image: ") + error.what());
-        group.rollBack();
         return ImageFault::store;
     }
     return markdownFor(name, id);

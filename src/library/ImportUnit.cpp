@@ -197,6 +197,13 @@ void ImportUnit::renameAttachment(const Uuid& from, const Uuid& to) {
     derived = DerivedText::of(note.content);
 }
 
+std::size_t ImportUnit::size() const {
+    std::size_t size = note.content.size();
+    for (const auto& attachment : attachments)
+        size += attachment.data.size();
+    return size;
+}
+
 std::variant<ImportUnit, ImportFault> ImportUnit::read(const std::filesystem::path& path) {
     auto read = ImportedFile::read(path, kLargestText);
     if (const auto* fault = std::get_if<ImportFault>(&read)) return *fault;

@@ -6,6 +6,7 @@
 #include "model/Attachment.h"
 #include "model/Note.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -33,6 +34,9 @@ struct ImportUnit {
 
     /// What the text calls `from` becomes `to`, and so does the attachment.
     void renameAttachment(const Uuid& from, const Uuid& to);
+
+    /// Bytes of the text and of what it takes along.
+    std::size_t size() const;
 
     static std::variant<ImportUnit, ImportFault> read(const std::filesystem::path& path);
 };

@@ -1,5 +1,6 @@
 #include "library/MarkdownImporter.h"
 
+#include "library/ImportBatch.h"
 #include "library/ImportFolders.h"
 #include "library/ImportUnit.h"
 #include "library/ImportWalker.h"
@@ -23,18 +24,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A slice gathers files for so long, or it stores what earlier ones have gathered (a commit writes
-// the same pages of the indexes for few notes as for many), or it empties the store's log.
-constexpr auto kGathering = std::chrono::milliseconds(8);
-constexpr std::size_t kMostBytesAtOnce = 512 * 1024;
-constexpr std::size_t kMostNotesAtOnce = 80;
-
-std::size_t sizeOf(const ImportUnit& unit) {
-    std::size_t size = unit.note.content.size();
-    for (const auto& attachment : unit.attachments)
-        size += attachment.data.size();
-    return size;
-}
+// A slice reads files for so long, or it puts what earlier ones have read into the store, or saves
+// that, or tells of it, or empties the store's log.
+constexpr auto kSlice = std::chrono::milliseconds(8);
+constexpr std::size_t kMostBytesRead = 512 * 1024;
+constexpr std::size_t kMostNotesRead = 80;
 
 }  // namespace
 
@@ -50,7 +44,8 @@ public:
         , m_folders(library, options)
         , m_progress(std::move(progress))
         , m_done(std::move(done))
-        , m_checkpoints(library.controller.viewContext().database()) {}
+        , m_checkpoints(library.controller.viewContext().database())
+        , m_batch(library) {}
 
     void begin(const std::function<void()>& finished) {
         m_idle = Glib::signal_idle().connect([this, finished] {
@@ -74,45 +69,72 @@ private:
 
     // False when all is done.
     bool slice() {
-        if (m_report.wasCancelled) {
-            m_report.notReached = m_walker.foundCount() - storedOrSkipped();
-            return false;
-        }
+        if (m_report.wasCancelled && !windUp()) return false;
+        if (!m_report.wasCancelled && !advance()) return false;
+        if (m_progress) m_progress(storedOrSkipped(), m_walker.foundCount());
+        return true;
+    }
+
+    bool advance() {
+        const bool isReadWhole = m_walker.isEmpty();
         if (!m_walker.hasFoundAll()) {
             find();
+        } else if (m_batch.hasSaved()) {
+            tellOfSaved();
         } else if (m_checkpoints.isDue()) {
             m_checkpoints.run();
         } else if (m_folders.isBusy()) {
             makeFolders();
-        } else if (!m_walker.isEmpty() && !isBatchFull()) {
-            gather();
-        } else if (!m_batch.empty()) {
-            storeBatch();
+        } else if (m_batch.refusedCount() > 0) {
+            retry();
+        } else if (m_batch.isFull()) {
+            m_batch.save();
+        } else if (!isReadWhole && !isMuchRead()) {
+            read();
+        } else if (!m_read.empty()) {
+            m_bytesRead = 0;
+            m_batch.add(std::exchange(m_read, {}));
+        } else if (m_batch.hasUnsaved()) {
+            m_batch.save();
         } else if (!m_borrowed.empty()) {
             takeBorrowed();
         } else {
             return false;
         }
-        if (m_progress) m_progress(storedOrSkipped(), m_walker.foundCount());
         return true;
     }
 
-    std::size_t storedOrSkipped() const { return m_takenCount - m_batch.size(); }
+    // After a cancel: what is in the store stays, what was only read is left.
+    bool windUp() {
+        if (m_batch.hasUnsaved()) {
+            m_batch.save();
+        } else if (m_batch.hasSaved()) {
+            tellOfSaved();
+        } else {
+            m_report.notReached = m_walker.foundCount() - storedOrSkipped();
+            return false;
+        }
+        return true;
+    }
+
+    std::size_t storedOrSkipped() const {
+        return m_takenCount - m_read.size() - m_batch.refusedCount();
+    }
 
     void find() {
-        const auto deadline = Clock::now() + kGathering;
+        const auto deadline = Clock::now() + kSlice;
         do {
             m_walker.step(m_report.skipped);
             m_folders.begin(m_walker.libraries());
         } while (!m_walker.hasFoundAll() && Clock::now() < deadline);
     }
 
-    bool isBatchFull() const {
-        return m_batchBytes >= kMostBytesAtOnce || m_batch.size() >= kMostNotesAtOnce;
+    bool isMuchRead() const {
+        return m_bytesRead >= kMostBytesRead || m_read.size() >= kMostNotesRead;
     }
 
-    void gather() {
-        const auto deadline = Clock::now() + kGathering;
+    void read() {
+        const auto deadline = Clock::now() + kSlice;
         do {
             const auto file = m_walker.take();
             ++m_takenCount;
@@ -120,15 +142,15 @@ private:
             if (const auto* fault = std::get_if<ImportFault>(&unit)) {
                 m_report.skipped.push_back({file.path, *fault});
             } else if (placed(std::get<ImportUnit>(unit), file)) {
-                m_batchBytes += sizeOf(std::get<ImportUnit>(unit));
-                m_batch.push_back(std::get<ImportUnit>(std::move(unit)));
+                m_bytesRead += std::get<ImportUnit>(unit).size();
+                m_read.push_back(std::get<ImportUnit>(std::move(unit)));
             }
-        } while (!m_walker.isEmpty() && !isBatchFull() && Clock::now() < deadline);
+        } while (!m_walker.isEmpty() && !isMuchRead() && Clock::now() < deadline);
     }
 
     void makeFolders() {
         try {
-            m_folders.work(Clock::now() + kGathering);
+            m_folders.work(Clock::now() + kSlice);
         } catch (const StoreError& error) {
             // The notes are placed by where they lie, or fail themselves.
             logLine(std::string("Error creating folder: ") + error.what());
@@ -166,49 +188,16 @@ private:
         return true;
     }
 
-    // All as one; when that fails each file alone, so that one bad file spoils no other.
-    void storeBatch() {
-        const auto batch = std::exchange(m_batch, {});
-        m_batchBytes = 0;
-        if (batch.empty() || (batch.size() > 1 && store(batch.data(), batch.size(), nullptr)))
-            return;
-        for (const auto& unit : batch) {
-            std::string reason;
-            if (!store(&unit, 1, &reason)) fail(unit, StoreError(StoreFault::failed, reason));
-        }
+    void retry() {
+        const auto refusal = m_batch.retry();
+        if (refusal) fail(refusal->unit, refusal->reason);
     }
 
-    bool store(const ImportUnit* units, std::size_t count, std::string* reason) {
-        ViewContext::Group group(m_library.controller.viewContext());
-        try {
-            std::vector<noteWriter::PreparedNote> notes;
-            for (std::size_t i = 0; i < count; ++i) {
-                notes.push_back({units[i].note, units[i].derived});
-            }
-            m_library.notes.createUnsaved(std::move(notes));
-            for (std::size_t i = 0; i < count; ++i) {
-                for (const auto& attachment : units[i].attachments) {
-                    m_library.attachments.createUnsaved(attachment, units[i].note.id);
-                }
-            }
-            group.commit();
-        } catch (const StoreError& error) {
-            if (reason != nullptr) *reason = error.what();
-            takeBack(group, units, count);
-            return false;
-        }
-        for (std::size_t i = 0; i < count; ++i)
-            stored(units[i]);
-        return true;
-    }
-
-    void takeBack(ViewContext::Group& group, const ImportUnit* units, std::size_t count) {
-        group.rollBack();
-        for (std::size_t i = 0; i < count; ++i) {
-            for (const auto& attachment : units[i].attachments) {
-                m_library.controller.attachmentFiles().remove(attachment.id);
-            }
-        }
+    void tellOfSaved() {
+        const auto deadline = Clock::now() + kSlice;
+        do {
+            stored(m_batch.takeSaved());
+        } while (m_batch.hasSaved() && Clock::now() < deadline);
     }
 
     // Of notes that did not come themselves.
@@ -257,8 +246,9 @@ private:
     Done m_done;
     ImportReport m_report;
     Checkpoints m_checkpoints;
-    std::vector<ImportUnit> m_batch;
-    std::size_t m_batchBytes = 0;
+    std::vector<ImportUnit> m_read;
+    std::size_t m_bytesRead = 0;
+    ImportBatch m_batch;
     std::vector<Borrowed> m_borrowed;
     std::unordered_set<Uuid> m_noteIDs;
     std::unordered_set<Uuid> m_attachmentIDs;

@@ -15,6 +15,29 @@ bool mayWorkLater(const StoreError& error) {
 
 }  // namespace
 
+ViewContext::Batch::~Batch() {
+    try {
+        takeBack();
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch): what is not saved never will be
+    }
+}
+
+void ViewContext::Batch::apply(const std::function<void()>& work) {
+    const auto* outer = std::exchange(m_context.m_batch, this);
+    try {
+        work();
+    } catch (...) {
+        m_context.m_batch = outer;
+        throw;
+    }
+    m_context.m_batch = outer;
+}
+
+bool ViewContext::Batch::isUnsaved() const {
+    return std::any_of(m_context.m_unsaved.begin(), m_context.m_unsaved.end(),
+                       [this](const Unsaved& each) { return each.batch == this; });
+}
+
 ViewContext::ViewContext(Database& database) : m_database(database) {}
 
 ViewContext::~ViewContext() {
@@ -74,16 +97,18 @@ void ViewContext::runOne(const Change& change) {
 }
 
 void ViewContext::remember(Change change, std::string key) {
-    if (!key.empty() && !m_unsaved.empty() && m_unsaved.back().key == key) {
+    const bool isLast =
+        !m_unsaved.empty() && m_unsaved.back().key == key && m_unsaved.back().batch == m_batch;
+    if (!key.empty() && isLast) {
         m_unsaved.back().change = std::move(change);
     } else {
-        m_unsaved.push_back({std::move(key), std::move(change)});
+        m_unsaved.push_back({std::move(key), std::move(change), m_batch});
     }
 }
 
-void ViewContext::forgetAfter(std::size_t count) {
-    if (m_unsaved.size() <= count && !m_replayNeeded) return;
-    m_unsaved.resize(std::min(count, m_unsaved.size()));
+void ViewContext::forget(const Batch* batch) {
+    if (std::erase_if(m_unsaved, [&](const auto& each) { return each.batch == batch; }) == 0)
+        return;
     if (m_database.inTransaction()) m_database.query("ROLLBACK").run();
     m_replayNeeded = !m_unsaved.empty();
     replayQuietly();

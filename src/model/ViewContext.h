@@ -33,10 +33,7 @@ public:
     /// `commit` or else by the first save after the group.
     class Group {
     public:
-        explicit Group(ViewContext& context)
-            : m_context(context), m_unsavedBefore(context.m_unsaved.size()) {
-            ++m_context.m_openGroups;
-        }
+        explicit Group(ViewContext& context) : m_context(context) { ++m_context.m_openGroups; }
         Group(const Group&) = delete;
         Group& operator=(const Group&) = delete;
         ~Group() {
@@ -48,18 +45,29 @@ public:
             --m_context.m_openGroups;
             m_context.save();
         }
-        /// Takes back what was changed since the group began, also after a failed `commit`; what
-        /// was unsaved before stays. Closes the group.
-        void rollBack() {
-            if (m_isOpen) --m_context.m_openGroups;
-            m_isOpen = false;
-            m_context.forgetAfter(m_unsavedBefore);
-        }
 
     private:
         ViewContext& m_context;
-        std::size_t m_unsavedBefore;
         bool m_isOpen = true;
+    };
+
+    /// Changes of one long piece of work, applied in many turns of the main loop and committed by
+    /// one `save`. Whoever saves meanwhile commits them as well; when they are taken back, what
+    /// others changed stays. Destroying the batch takes back what is not saved.
+    class Batch {
+    public:
+        explicit Batch(ViewContext& context) : m_context(context) {}
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+        ~Batch();
+
+        /// What `work` changes is the batch's; what `work` throws is passed on.
+        void apply(const std::function<void()>& work);
+        bool isUnsaved() const;
+        void takeBack() { m_context.forget(this); }
+
+    private:
+        ViewContext& m_context;
     };
 
     bool hasChanges() const { return !m_unsaved.empty(); }
@@ -74,12 +82,13 @@ private:
     struct Unsaved {
         std::string key;
         Change change;
+        const Batch* batch;
     };
 
     void ensureTransaction();
     void runOne(const Change& change);
     void remember(Change change, std::string key);
-    void forgetAfter(std::size_t count);
+    void forget(const Batch* batch);
     void replay();
     void replayQuietly();
 
@@ -87,6 +96,7 @@ private:
     std::vector<Unsaved> m_unsaved;
     bool m_replayNeeded = false;
     int m_openGroups = 0;
+    const Batch* m_batch = nullptr;  ///< whose changes are being applied
 };
 
 }  // namespace corvel

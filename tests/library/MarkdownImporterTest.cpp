@@ -236,4 +236,40 @@ TEST_F(MarkdownImporterTest, AFullDiskLeavesNothingHalfImported) {
     EXPECT_THAT(titles(), UnorderedElementsAre("One", "Two"));
 }
 
+TEST_F(MarkdownImporterTest, AFileThatTheStoreRefusesSpoilsNoOther) {
+    for (int i = 0; i < 100; ++i)
+        disk.write("in/" + std::to_string(i) + ".md", "# " + std::to_string(i));
+    disk.write("in/long.md", "# Long\n" + std::string(300'000, 'x'));
+    disk.write("in/shown.png", kPng + std::string(200'000, 'x'));
+    disk.write("in/with.md", "# Image\n![](shown.png)\n" + std::string(300'000, 'x'));
+    auto* store = library->controller.viewContext().database().handle();
+    const int usual = sqlite3_limit(store, SQLITE_LIMIT_LENGTH, 250'000);
+    const auto report = import({disk.path() / "in"});
+    sqlite3_limit(store, SQLITE_LIMIT_LENGTH, usual);
+    EXPECT_EQ(report.imported, 100U);
+    ASSERT_EQ(report.skipped.size(), 2U);
+    EXPECT_EQ(report.skipped[0].reason, ImportFault::storeFailed);
+    EXPECT_EQ(notes().size(), 100U);
+    library.reopen();
+    EXPECT_EQ(notes().size(), 100U);
+}
+
+TEST_F(MarkdownImporterTest, WhatIsSavedMeanwhileStaysWhenTheImportIsGivenUp) {
+    for (int i = 0; i < 300; ++i)
+        disk.write(std::to_string(i) + ".md", "# " + std::to_string(i));
+    auto& store = library->controller.viewContext();
+    auto importer = std::make_unique<MarkdownImporter>(*library);
+    importer->start({disk.path()}, {}, {}, {});
+    ASSERT_TRUE(turnUntil([&] { return store.hasChanges(); }));
+    library->folders.createFolder("mine", {});
+    const auto saved = notes().size();
+    EXPECT_GT(saved, 0U);
+    ASSERT_TRUE(turnUntil([&] { return store.hasChanges(); }));
+    importer.reset();
+    EXPECT_FALSE(store.hasChanges());
+    library.reopen();
+    EXPECT_EQ(notes().size(), saved);
+    EXPECT_EQ(library->folders.fetchAllFolders().size(), 1U);
+}
+
 }  // namespace corvel

@@ -132,5 +132,39 @@ TEST_F(ViewContextTest, AGroupIsOneCommit) {
     EXPECT_EQ(words(), "one two");
 }
 
+TEST_F(ViewContextTest, ABatchIsSavedByWhoeverSaves) {
+    ViewContext::Batch batch(*m_context);
+    batch.apply([&] { add("one"); });
+    batch.apply([&] { add("two"); });
+    EXPECT_TRUE(batch.isUnsaved());
+    add("mine");
+    m_context->save();
+    EXPECT_FALSE(batch.isUnsaved());
+    batch.apply([&] { add("three"); });
+    batch.takeBack();
+    EXPECT_EQ(words(), "mine one two");
+    EXPECT_FALSE(m_context->hasChanges());
+}
+
+TEST_F(ViewContextTest, ABatchIsTakenBackWithoutWhatOthersChanged) {
+    {
+        ViewContext::Batch batch(*m_context);
+        add("mine", "key");
+        batch.apply([&] { add("ours", "key"); });
+        add("later", "key");
+        {
+            const FullDisk fullDisk;
+            EXPECT_THROW(m_context->save(), StoreError);
+        }
+        EXPECT_TRUE(batch.isUnsaved());
+        EXPECT_THROW(batch.apply([] { throw StoreError(StoreFault::failed, "it"); }), StoreError);
+        add("last");
+    }
+    EXPECT_EQ(words(), "last later mine");
+    m_context->save();
+    open();
+    EXPECT_EQ(words(), "last later mine");
+}
+
 }  // namespace
 }  // namespace corvel
