@@ -54,6 +54,10 @@ button {
 button:hover { background: var(--hover); }
 button:active { background: var(--line); }
 button:focus-visible, a:focus-visible { outline: 2px solid var(--link); outline-offset: 1px; }
+html.focused::after {
+    content: ''; position: fixed; inset: 1px 3px; border: 2px solid var(--link); border-radius: 8px;
+    pointer-events: none;
+}
 )css";
 
 /// The toolkit's own text size, in pixels, as the desktop scales it.

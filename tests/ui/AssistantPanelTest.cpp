@@ -1,5 +1,6 @@
 #include "support/Keyring.h"
 #include "support/ScriptedServer.h"
+#include "ui/Accessible.h"
 #include "ui/AssistantHost.h"
 #include "ui/NotePane.h"
 #include "ui/WindowTest.h"
@@ -106,12 +107,49 @@ protected:
                    return askPage("document.body.innerText").find(words) != std::string::npos;
                });
     }
+    /// Whether so many replies come to have their buttons.
+    bool pageHasActions(int count) {
+        return turnUntil([this] { return host.panel().chat().messages().webView() != nullptr; }) &&
+               turnUntil([&] {
+                   return askPage("document.querySelectorAll('.actions:not([hidden])').length") ==
+                          std::to_string(count);
+               });
+    }
     /// Presses the button of the last reply that says `label`, as a reader does.
     void press(const std::string& label) {
         askPage(
             "Array.from(document.querySelectorAll('button')).filter(b => !b.closest('[hidden]') "
             "&& b.textContent === '" +
             label + "').pop().click()");
+    }
+    /// Types a key as somebody at the keyboard does.
+    void type(const char* key) {
+        ASSERT_TRUE(turnUntil([this] { return parent.is_active(); }));
+        GError* error = nullptr;
+        const GObjectHandle<GSubprocess> program(
+            g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, &error, "xdotool", "key", key, nullptr));
+        const Handle<GError, g_error_free> failure(error);
+        ASSERT_TRUE(program) << failure->message;
+        ASSERT_TRUE(turnUntil([&] {
+            return g_subprocess_get_identifier(program.get()) == nullptr;
+        })) << key;
+    }
+    /// What has the focus in the page: the page itself, or which button of which message.
+    std::string focusInPage() {
+        return askPage(
+            "(() => { const here = document.activeElement;"
+            "if (!document.hasFocus()) return 'nothing';"
+            "if (here === document.body)"
+            "  return document.documentElement.classList.contains('focused') ? 'page' : 'unseen';"
+            "return Array.from(document.querySelectorAll('article')).indexOf("
+            "  here.closest('article')) + ' ' + here.textContent"
+            "  + (here.matches(':focus-visible') ? '' : ' unseen'); })()");
+    }
+    void expectFocusAfter(const char* key, const std::string& expected) {
+        type(key);
+        std::string found;
+        EXPECT_TRUE(turnUntil([&] { return (found = focusInPage()) == expected; }))
+            << "after " << key << " the focus is on " << found << ", not on " << expected;
     }
 
     static inline std::unique_ptr<Keyring> keyring;
@@ -154,6 +192,39 @@ TEST_F(AssistantPanelTest, ReplacesTheSelectionThatIsThereWhenTheButtonIsPressed
     ASSERT_TRUE(turnUntil([&] { return text() == "One zwei three.\n"; })) << text();
     buffer()->undo();
     EXPECT_EQ(text(), "One two three.\n");
+}
+
+TEST_F(AssistantPanelTest, TabWalksThroughTheButtonsOfTheRepliesAndOutAtBothEnds) {
+    ask("the first reply");
+    ask("the second reply");
+    ASSERT_TRUE(pageHasActions(2));
+    auto& chat = host.panel().chat();
+    chat.focusInput();
+    expectFocusAfter("shift+Tab", "3 Kopiuj");
+    expectFocusAfter("shift+Tab", "3 Wstaw w edytorze");
+    expectFocusAfter("shift+Tab", "1 Kopiuj");
+    expectFocusAfter("shift+Tab", "1 Wstaw w edytorze");
+    expectFocusAfter("shift+Tab", "nothing");
+    auto* clear = buttonWithIcon(chat, "user-trash-symbolic");
+    EXPECT_EQ(parent.get_focus(), clear) << "one step, not two";
+    expectFocusAfter("Tab", "page");
+    expectFocusAfter("Tab", "1 Wstaw w edytorze");
+    type("space");
+    EXPECT_TRUE(turnUntil([&] { return text().ends_with("the first reply"); })) << text();
+
+    chat.focusInput();
+    expectFocusAfter("shift+Tab", "1 Wstaw w edytorze");
+    chat.focusInput();
+    ask("the third reply");
+    ASSERT_TRUE(pageHasActions(3));
+    EXPECT_EQ(parent.get_focus(), &chat.input().textView()) << "a reply leaves the focus alone";
+    int copies = 0;
+    chat.signalCopied().connect([&copies] { ++copies; });
+    expectFocusAfter("shift+Tab", "5 Kopiuj");
+    type("Return");
+    EXPECT_TRUE(turnUntil([&] { return copies == 1; }));
+    expectFocusAfter("Tab", "nothing");
+    EXPECT_EQ(parent.get_focus(), &chat.input().textView());
 }
 
 TEST_F(AssistantPanelTest, ChangesTheNoteThatWasAskedForAfterAnotherWasOpened) {

@@ -29,7 +29,8 @@ constexpr std::string_view kBeforeScript = R"html(</style>
 
 // Of a message's text only what Markdown makes is kept, and nothing in it is asked for by name: it
 // may hold any name. Images are shown by their description: their addresses could carry away what
-// the reader wrote. The page stays at its end until the reader scrolls away from there.
+// the reader wrote. The page stays at its end until the reader scrolls away from there. The
+// keyboard finds the newest reply's buttons first; the page shows when it has the focus itself.
 constexpr std::string_view kScript = R"js(
 const messages = (function() {
     const list = document.getElementById('messages');
@@ -51,6 +52,11 @@ const messages = (function() {
         shownTop = root.scrollTop;
     });
     window.addEventListener('resize', settle);
+    function showFocus() {
+        root.classList.toggle('focused', document.hasFocus() && document.activeElement === document.body);
+    }
+    ['focus', 'blur', 'focusin', 'focusout'].forEach(function(name) { window.addEventListener(name, showFocus); });
+    window.addEventListener('pointerdown', function() { root.classList.remove('focused'); });
     function post(verb, id) {
         window.webkit.messageHandlers.messageHandler.postMessage(verb + ' ' + id);
     }
@@ -156,6 +162,7 @@ const messages = (function() {
             item.streaming = streaming;
             item.article.setAttribute('aria-busy', streaming);
             waiting(item);
+            if (!item.actions.hidden && !document.hasFocus()) item.buttons.copy.focus({preventScroll: true});
             settle();
         },
         replaceable: function(ids) {

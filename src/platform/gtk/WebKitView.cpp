@@ -89,6 +89,7 @@ void evaluated(GObject* view, GAsyncResult* result, gpointer data) {
 WebKitView::WebKitView(WebKitWebView* view, std::shared_ptr<ContentFilter> filter)
     : m_view(WEBKIT_WEB_VIEW(g_object_ref_sink(view)))
     , m_widget(Glib::wrap(GTK_WIDGET(view)))
+    , m_tabs(*m_widget)
     , m_filter(std::move(filter)) {
     g_signal_connect(m_view, "load-changed", G_CALLBACK(loadChanged), this);
     g_signal_connect(m_view, "decide-policy", G_CALLBACK(decidePolicy), this);

@@ -3,6 +3,7 @@
 #include "platform/ScopedConnection.h"
 #include "platform/WebView.h"
 #include "platform/gtk/ContentFilter.h"
+#include "platform/gtk/TabPassage.h"
 
 #include <gdkmm/rgba.h>
 #include <gtkmm/widget.h>
@@ -60,6 +61,7 @@ private:
 
     WebKitWebView* m_view;
     Gtk::Widget* m_widget;
+    TabPassage m_tabs;
     std::shared_ptr<ContentFilter> m_filter;
     std::optional<std::string> m_waitingPage;
     bool m_isLoading = false;
