@@ -99,7 +99,6 @@ void DifferenceView::makeTags() {
     m_addedTag = buffer->create_tag("added");
     m_addedTag->property_underline() = Pango::Underline::SINGLE;
     m_foldedTag = buffer->create_tag("folded");
-    m_foldedTag->property_style() = Pango::Style::ITALIC;
     m_foldedTag->property_justification() = Gtk::Justification::CENTER;
 }
 
@@ -115,13 +114,11 @@ void DifferenceView::applyColors() {
     };
     put("error_color", m_removedTag);
     put("success_color", m_addedTag);
-    auto dimmed = style->get_color();
-    dimmed.set_alpha(0.72F);
-    m_foldedTag->property_foreground_rgba() = dimmed;
 }
 
 void DifferenceView::clear() {
     m_changes.clear();
+    m_folds.clear();
     m_current = -1;
     m_text.get_buffer()->set_text("");
     tell();
@@ -138,13 +135,7 @@ void DifferenceView::show(const std::string& before, const std::string& after) {
 
 void DifferenceView::append(const editing::DifferencePiece& piece) {
     const auto buffer = m_text.get_buffer();
-    if (piece.kind == Kind::folded) {
-        const bool startsLine = buffer->end().starts_line();
-        const auto lines = m_texts.format(texts::unchangedLines, {std::to_string(piece.lines)});
-        buffer->insert_with_tag(buffer->end(), (startsLine ? "" : "\n") + lines + "\n",
-                                m_foldedTag);
-        return;
-    }
+    if (piece.kind == Kind::folded) return appendFold(piece);
     const std::string text = text::repaired(piece.text);
     if (piece.kind == Kind::kept) {
         buffer->insert(buffer->end(), text);
@@ -157,6 +148,54 @@ void DifferenceView::append(const editing::DifferencePiece& piece) {
     auto& change = m_changes.back();
     change.end = buffer->get_char_count();
     (isRemoved ? change.removed : change.added) = told(text);
+}
+
+// A line that holds nothing but the button.
+void DifferenceView::appendFold(const editing::DifferencePiece& piece) {
+    const auto buffer = m_text.get_buffer();
+    const int start = buffer->get_char_count();
+    const auto anchor = buffer->create_child_anchor(buffer->end());
+    buffer->insert(buffer->end(), "\n");
+    buffer->apply_tag(m_foldedTag, buffer->get_iter_at_offset(start), buffer->end());
+    auto& button = *Gtk::make_managed<Gtk::Button>("");
+    button.add_css_class("difference-fold");
+    button.set_cursor("default");
+    button.signal_clicked().connect([this, &button] { unfold(&button); });
+    m_text.add_child_at_anchor(button, anchor);
+    m_folds.push_back({anchor, &button, std::string(piece.text), piece.lines});
+    label(m_folds.back());
+}
+
+void DifferenceView::label(const Fold& fold) {
+    fold.button->set_label(m_texts.format(texts::showUnchangedLines, {std::to_string(fold.lines)}));
+}
+
+void DifferenceView::unfold(Gtk::Button* button) {
+    const auto found = std::ranges::find(m_folds, button, &Fold::button);
+    if (found == m_folds.end()) return;
+    const Fold fold = std::move(*found);
+    m_folds.erase(found);
+    m_text.grab_focus();  // the button goes with its line
+    const auto buffer = m_text.get_buffer();
+    const int count = buffer->get_char_count();
+    const auto start = buffer->get_iter_at_child_anchor(fold.anchor);
+    const int offset = start.get_offset();
+    auto end = start;
+    end.forward_line();
+    buffer->insert(buffer->erase(start, end), text::repaired(fold.text));
+    const int added = buffer->get_char_count() - count;
+    for (auto& change : m_changes) {
+        if (change.begin < offset) continue;
+        change.begin += added;
+        change.end += added;
+    }
+}
+
+std::vector<Gtk::Button*> DifferenceView::foldButtons() const {
+    std::vector<Gtk::Button*> buttons;
+    for (const auto& fold : m_folds)
+        buttons.push_back(fold.button);
+    return buttons;
 }
 
 void DifferenceView::go(int step) {
@@ -198,6 +237,8 @@ void DifferenceView::relabel() {
     const std::string next = m_texts(texts::nextChange);
     labelControl(m_previous, previous, previous + " (Alt+↑)");
     labelControl(m_next, next, next + " (Alt+↓)");
+    for (const auto& fold : m_folds)
+        label(fold);
     tell();
 }
 

@@ -8,6 +8,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/label.h>
 #include <gtkmm/scrolledwindow.h>
+#include <gtkmm/textchildanchor.h>
 #include <gtkmm/textview.h>
 
 #include <string>
@@ -16,8 +17,9 @@
 namespace corvel {
 
 /// A text with what became of it: what was removed is struck through, what was added underlined,
-/// both on a coloured ground; long stretches without a change are folded. The changes can be gone
-/// through one by one (Alt+Down, Alt+Up), each then told in words to assistive technology.
+/// both on a coloured ground; long stretches without a change are folded behind a button. The
+/// changes can be gone through one by one (Alt+Down, Alt+Up), each then told in words to assistive
+/// technology.
 class DifferenceView : public Gtk::Box {
 public:
     explicit DifferenceView(const Localisation& texts);  // must outlive the view
@@ -30,6 +32,8 @@ public:
     void relabel();
     Gtk::TextView& textView() { return m_text; }
     Gtk::ScrolledWindow& scroller() { return m_scroller; }
+    /// Those of the stretches that are folded, from top to bottom.
+    std::vector<Gtk::Button*> foldButtons() const;
 
 private:
     /// Where a change stands in the buffer, in characters, and what it was.
@@ -40,11 +44,22 @@ private:
         std::string added;
     };
 
+    /// A stretch without a change, and the button that stands for it.
+    struct Fold {
+        Glib::RefPtr<Gtk::TextChildAnchor> anchor;
+        Gtk::Button* button = nullptr;
+        std::string text;
+        std::size_t lines = 0;
+    };
+
     void build();
     void addKeys();
     void makeTags();
     void applyColors();
     void append(const editing::DifferencePiece& piece);
+    void appendFold(const editing::DifferencePiece& piece);
+    void label(const Fold& fold);
+    void unfold(Gtk::Button* button);
     void tell();
 
     const Localisation& m_texts;
@@ -58,6 +73,7 @@ private:
     Glib::RefPtr<Gtk::TextTag> m_addedTag;
     Glib::RefPtr<Gtk::TextTag> m_foldedTag;
     std::vector<Change> m_changes;
+    std::vector<Fold> m_folds;
     int m_current = -1;  // none yet
     SignalHandlers m_styleChanged;
 };

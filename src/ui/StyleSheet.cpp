@@ -113,6 +113,7 @@ button.pressed { background-color: alpha(currentColor, 0.15); }
 .assistant-error { margin: 4px 12px; padding: 6px 4px; color: @error_color; }
 .difference-bar { padding: 0 8px 4px 12px; }
 .difference-text, .difference-text text { background: none; }
+.difference-fold { margin: 4px 0; padding: 0 12px; min-height: 24px; font-size: 88%; font-weight: normal; }
 .save-failed { color: @error_color; font-weight: bold; opacity: 1; }
 )css";
 

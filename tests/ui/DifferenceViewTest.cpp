@@ -49,7 +49,7 @@ TEST_F(DifferenceViewTest, GoesThroughTheChangesAndFoldsTheRest) {
     for (int line = 0; line < 50; ++line)
         rest += "line " + std::to_string(line) + "\n";
     view.show("first\n" + rest + "last\n", "first thing\n" + rest + "end\n");
-    EXPECT_THAT(text(), testing::HasSubstr("line 1\n… wiersze bez zmian: 46\nline 48"));
+    EXPECT_THAT(text(), testing::HasSubstr("line 1\n\nline 48"));
     view.go(1);
     EXPECT_EQ(selected(), " thing");
     view.go(1);
@@ -58,6 +58,42 @@ TEST_F(DifferenceViewTest, GoesThroughTheChangesAndFoldsTheRest) {
     EXPECT_EQ(selected(), " thing");
     view.go(-1);
     EXPECT_EQ(selected(), "last\nend\n");
+}
+
+TEST_F(DifferenceViewTest, ShowsWhatAButtonFoldedAway) {
+    std::string before;
+    std::string after;
+    for (int line = 0; line < 60; ++line) {
+        const auto number = std::to_string(line);
+        before += (line % 25 == 10 ? "old " : "line ") + number + "\n";
+        after += (line % 25 == 10 ? "new " : "line ") + number + "\n";
+    }
+    view.show(before, after);
+    auto buttons = view.foldButtons();
+    ASSERT_EQ(buttons.size(), 3U);
+    EXPECT_EQ(buttons[1]->get_label(), "Pokaż wiersze bez zmian: 20");
+    defaults.setString("appLanguage", "en");
+    view.relabel();
+    EXPECT_EQ(buttons[1]->get_label(), "Show 20 unchanged lines");
+    parent.present();
+    ASSERT_TRUE(turnUntil([&] { return buttons[1]->get_mapped(); }));
+    buttons[1]->grab_focus();
+    buttons[1]->activate();
+    ASSERT_TRUE(turnUntil([&] { return view.foldButtons().size() == 2; }));
+    EXPECT_THAT(text(), testing::HasSubstr("line 12\nline 13\n"));
+    EXPECT_THAT(text(), testing::HasSubstr("line 32\nline 33\nline 34\n"));
+    EXPECT_TRUE(view.textView().is_focus()) << "the focus is not lost with the button";
+    view.go(-1);
+    EXPECT_EQ(selected(), "oldnew") << "changes behind it are found in their new places";
+    view.go(1);
+    EXPECT_EQ(selected(), "oldnew");
+    for (auto* button : view.foldButtons())
+        button->activate();
+    ASSERT_TRUE(turnUntil([&] { return view.foldButtons().empty(); }));
+    EXPECT_THAT(text(), testing::StartsWith("line 0\nline 1\n"));
+    EXPECT_THAT(text(), testing::EndsWith("line 58\nline 59\n"));
+    view.go(-1);
+    EXPECT_EQ(selected(), "oldnew");
 }
 
 }  // namespace

@@ -43,12 +43,12 @@ public:
         const auto lines = static_cast<std::size_t>(std::ranges::count(middle, '\n'));
         if (lines < kLeastFolded || m_runs == 1) return add({DifferencePiece::Kind::kept, text});
         add({DifferencePiece::Kind::kept, text.substr(0, begin)});
-        add({DifferencePiece::Kind::folded, {}, lines});
+        add({DifferencePiece::Kind::folded, middle, lines});
         add({DifferencePiece::Kind::kept, text.substr(end)});
     }
 
     void add(const DifferencePiece& piece) {
-        if (!piece.text.empty() || piece.lines > 0) m_pieces.push_back(piece);
+        if (!piece.text.empty()) m_pieces.push_back(piece);
     }
 
     std::vector<DifferencePiece> take() { return std::move(m_pieces); }

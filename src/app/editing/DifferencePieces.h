@@ -13,8 +13,8 @@ struct DifferencePiece {
     enum class Kind { kept, removed, added, folded };
 
     Kind kind = Kind::kept;
-    std::string_view text;   ///< of one of the texts compared; empty when folded
-    std::size_t lines = 0;   ///< that are folded
+    std::string_view text;   ///< of one of the texts compared; whole lines when folded
+    std::size_t lines = 0;   ///< of what is folded
     std::size_t change = 0;  ///< counted from 0; what was exchanged for another is one change
 };
 

@@ -13,6 +13,6 @@ inline constexpr Text removedText{"Usunięto: %1", "Removed: %1"};
 inline constexpr Text addedText{"Dodano: %1", "Added: %1"};
 inline constexpr Text previousChange{"Poprzednia zmiana", "Previous Change"};
 inline constexpr Text nextChange{"Następna zmiana", "Next Change"};
-inline constexpr Text unchangedLines{"… wiersze bez zmian: %1", "… unchanged lines: %1"};
+inline constexpr Text showUnchangedLines{"Pokaż wiersze bez zmian: %1", "Show %1 unchanged lines"};
 
 }  // namespace corvel::texts

@@ -148,7 +148,11 @@ std::string shown(std::string_view before, std::string_view after) {
     std::string text;
     for (const auto& piece : piecesOf(before, after, differencesOf(before, after), 1)) {
         const std::string change = std::to_string(piece.change);
-        if (piece.kind == DifferencePiece::Kind::folded) text += "…" + std::to_string(piece.lines);
+        if (piece.kind == DifferencePiece::Kind::folded) {
+            EXPECT_EQ(std::ranges::count(piece.text, '\n'), static_cast<long>(piece.lines));
+            text += "…" + std::to_string(piece.lines);
+            continue;
+        }
         if (piece.kind == DifferencePiece::Kind::removed) text += "-" + change + ":";
         if (piece.kind == DifferencePiece::Kind::added) text += "+" + change + ":";
         text += piece.text;
