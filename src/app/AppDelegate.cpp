@@ -3,6 +3,7 @@
 #include "app/ExternalFileProbe.h"
 #include "library/Library.h"
 #include "library/Notifications.h"
+#include "platform/DistantVolumes.h"
 #include "platform/Log.h"
 
 #include <glibmm/main.h>
@@ -51,6 +52,8 @@ ExternalFault faultOf(const LinkError& error) {
             return ExternalFault::noPermission;
         case FileFault::tooLarge:
             return ExternalFault::tooLarge;
+        case FileFault::noAnswer:
+            return ExternalFault::noAnswer;
         default:
             return ExternalFault::unreadable;
     }
@@ -103,6 +106,8 @@ void AppDelegate::sort(const std::filesystem::path& path) {
     std::error_code ignored;
     if (isMarkdown(path)) {
         m_unchecked.push_back(path);
+    } else if (!distantVolumes::answersFor(path)) {
+        refuse(path, ExternalFault::noAnswer);
     } else if (std::filesystem::is_directory(path, ignored)) {
         m_folders.push_back(path);
     } else {

@@ -22,6 +22,7 @@ enum class ExternalFault {
     notAFile,  ///< a pipe, a device, a socket
     linkLoop,
     tooLarge,
+    noAnswer,  ///< from the volume
     notText,
     notUtf8,  ///< can be imported, but not linked
     unreadable,

@@ -2,6 +2,7 @@
 
 #include "library/Bookmark.h"
 #include "library/ImportedFile.h"
+#include "platform/DistantVolumes.h"
 #include "platform/FileDescriptor.h"
 #include "platform/Text.h"
 #include "platform/WholeFile.h"
@@ -51,6 +52,8 @@ ExternalFault faultOf(FileFault fault) {
             return ExternalFault::notAFile;
         case FileFault::tooLarge:
             return ExternalFault::tooLarge;
+        case FileFault::noAnswer:
+            return ExternalFault::noAnswer;
         default:
             return ExternalFault::unreadable;
     }
@@ -73,6 +76,7 @@ std::optional<ExternalFault> faultOfContent(int file) {
 }  // namespace
 
 Probe probe(const std::filesystem::path& path) {
+    if (!distantVolumes::answersFor(path)) return {.fault = ExternalFault::noAnswer};
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return {.fault = faultOf(errno)};
@@ -91,6 +95,7 @@ Probe probe(const std::filesystem::path& path) {
 }
 
 std::variant<ExternalFile, ExternalFault> read(const std::filesystem::path& path) {
+    if (!distantVolumes::answersFor(path)) return ExternalFault::noAnswer;
     try {
         auto file = readWholeFile(path, kLargest);
         auto text = decodedText(std::move(file.bytes));

@@ -27,6 +27,8 @@ const Text& textOf(FileFault fault) {
             return texts::faultTooLarge;
         case FileFault::changed:
             return texts::faultChanged;
+        case FileFault::noAnswer:
+            return texts::faultNoAnswer;
         case FileFault::failed:
             break;
     }

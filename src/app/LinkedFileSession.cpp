@@ -4,6 +4,7 @@
 #include "library/LinkedText.h"
 #include "library/NoteText.h"
 #include "library/Notifications.h"
+#include "platform/DistantVolumes.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
 
@@ -20,6 +21,7 @@ namespace {
 // How long somebody may take between emptying or removing a file and writing it anew.
 constexpr std::chrono::milliseconds kDoubt{400};
 constexpr std::chrono::seconds kRenewalDelay{1};
+constexpr std::chrono::seconds kRetryDelay{5};
 // While others keep writing, their events bring the next look.
 constexpr int kMostLooks = 3;
 
@@ -29,6 +31,20 @@ void logError(const char* what, const std::exception& error) {
 
 bool isMissing(const LinkError& error) {
     return error.fault() == LinkFault::file && error.fileFault() == FileFault::missing;
+}
+
+// No event of the file tells that there is room again, or that its server is back.
+bool mayPassByItself(const LinkError& error) {
+    if (error.fault() != LinkFault::file) return false;
+    const auto fault = error.fileFault();
+    return fault == FileFault::noAnswer || fault == FileFault::diskFull ||
+           fault == FileFault::readOnly || fault == FileFault::noPermission ||
+           fault == FileFault::failed;
+}
+
+bool isSameFault(const std::optional<LinkError>& one, const std::optional<LinkError>& other) {
+    if (!one || !other) return one.has_value() == other.has_value();
+    return one->fault() == other->fault() && one->fileFault() == other->fileFault();
 }
 
 }  // namespace
@@ -76,7 +92,6 @@ void LinkedFileSession::begin() {
     m_bookmark = Bookmark::decode(*note.bookmarkData).value_or(Bookmark{});
     m_bookmark.path = *note.sourceFilePath;
     m_state = {LinkState::Kind::inStep, m_bookmark.path, {}};
-    m_monitor.watch(m_bookmark.path);
     settle(Certainty::final);
 }
 
@@ -85,6 +100,7 @@ void LinkedFileSession::leave() {
     const bool isOpen = m_editor.note() && m_noteID == m_editor.note()->id;
     if (m_renewal.connected() && !isOpen) renewBookmark();
     m_renewal.disconnect();
+    m_retry.disconnect();
     m_monitor.stop();
     m_searching.disconnect();
     m_doubt.disconnect();
@@ -108,6 +124,10 @@ void LinkedFileSession::settle(Certainty certainty) {
 }
 
 void LinkedFileSession::settleNow(Certainty certainty) {
+    const auto& path = m_state.path;
+    if (!distantVolumes::answersFor(path))
+        return setState(LinkState::Kind::unreadable, LinkError(path, FileError::noAnswer(path)));
+    if (!m_monitor.isWatching()) m_monitor.watch(path);
     try {
         const auto stamp = stampOf(m_state.path);
         if (stamp && isAsKnown(*stamp)) {
@@ -203,7 +223,8 @@ void LinkedFileSession::writeBack(const LinkedFile& file) {
     } catch (const FileError& error) {
         m_looksAgain = error.fault() == FileFault::changed || error.fault() == FileFault::missing;
         if (m_looksAgain) return;  // somebody else was faster
-        logError("Error writing local file:", error);
+        if (m_state.kind != LinkState::Kind::unwritable)
+            logError("Error writing local file:", error);
         setState(LinkState::Kind::unwritable, LinkError(m_state.path, error));
     }
 }
@@ -226,7 +247,9 @@ void LinkedFileSession::handleMissing(Certainty certainty) {
 // The search is over.
 void LinkedFileSession::search() {
     const auto found = std::exchange(m_search, nullptr)->found();
-    if (stampOf(m_state.path)) return settle(Certainty::final);  // it came back meanwhile
+    const bool isKnown = distantVolumes::answersFor(m_state.path);
+    if (!isKnown || stampOf(m_state.path))
+        return settle(Certainty::final);  // it came back meanwhile
     if (found) return moved(*found);
     logLine("[EditorViewModel] Local file was deleted/moved: " +
             text::repaired(m_state.path.string()));
@@ -236,7 +259,7 @@ void LinkedFileSession::search() {
 void LinkedFileSession::moved(const std::filesystem::path& path) {
     m_bookmark.path = path;
     m_state.path = path;
-    m_monitor.watch(path);
+    m_monitor.stop();  // the next look watches it where it is now
     try {
         const auto data = m_bookmark.encoded();
         m_editor.setLink(path.string(), data);
@@ -250,14 +273,23 @@ void LinkedFileSession::moved(const std::filesystem::path& path) {
 }
 
 void LinkedFileSession::setState(LinkState::Kind kind, std::optional<LinkError> error) {
-    const auto words = [](const std::optional<LinkError>& of) {
-        return of ? std::string(of->what()) : std::string();
-    };
-    const bool isSame = m_state.kind == kind && words(m_state.error) == words(error);
+    const bool isSame = m_state.kind == kind && isSameFault(m_state.error, error);
     m_state.kind = kind;
     m_state.error = std::move(error);
+    m_retry.disconnect();
+    if (m_state.error && mayPassByItself(*m_state.error)) tryAgainLater();
     // Another version of the file makes it another conflict.
     if (!isSame || kind == LinkState::Kind::conflict) m_stateChanged.emit();
+}
+
+void LinkedFileSession::tryAgainLater() {
+    m_retry = Glib::signal_timeout().connect_seconds(
+        [this] {
+            m_retry.disconnect();
+            settle(Certainty::final);
+            return false;
+        },
+        static_cast<unsigned>(kRetryDelay.count()));
 }
 
 // Of many saves the last one's bookmark is enough: without it the texts themselves tell that they
@@ -344,6 +376,8 @@ LinkOutcome LinkedFileSession::locate(const std::filesystem::path& path) {
 LinkOutcome LinkedFileSession::writeAgain() {
     if (!m_noteID || !m_editor.save()) return {};
     const auto id = *m_noteID;
+    if (!distantVolumes::answersFor(m_state.path))
+        return {{}, LinkError(m_state.path, FileError::noAnswer(m_state.path))};
     if (stampOf(m_state.path)) {
         settle(Certainty::final);
         return {id, {}};

@@ -58,7 +58,7 @@ public:
     sigc::signal<void(const LinkState&)>& signalLeftUnwritten() { return m_leftUnwritten; }
 
     /// Looks at the file now: to be called when it may have changed unnoticed, and to try again
-    /// what failed.
+    /// what failed. What time may mend, a full disk or a silent server, is tried again by itself.
     void check() { settle(Certainty::final); }
     /// Stores what is only noted so far; the editor's `save` comes first.
     void flush();
@@ -100,6 +100,7 @@ private:
     void search();
     void moved(const std::filesystem::path& path);
     bool isStill(const Versions& seen);
+    void tryAgainLater();
     void setState(LinkState::Kind kind, std::optional<LinkError> error = {});
     void scheduleRenewal();
     void renewBookmark();
@@ -123,6 +124,7 @@ private:
     ScopedConnection m_searching;
     ScopedConnection m_doubt;
     ScopedConnection m_renewal;
+    ScopedConnection m_retry;
     std::vector<ScopedConnection> m_connections;
     sigc::signal<void()> m_stateChanged;
     sigc::signal<void(const LinkState&)> m_leftUnwritten;

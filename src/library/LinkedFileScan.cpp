@@ -1,6 +1,7 @@
 #include "library/LinkedFileScan.h"
 
 #include "library/NoteText.h"
+#include "platform/DistantVolumes.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,6 +25,7 @@ void LinkedFileScan::look(const LinkedNote& linked) {
     auto bookmark = Bookmark::decode(linked.bookmarkData);
     if (!bookmark) return;
     bookmark->path = linked.path;
+    if (!distantVolumes::answersFor(bookmark->path)) return;
     const auto stamp = stampOf(bookmark->path);
     if (stamp && *stamp == bookmark->stamp) return;
     const auto found = m_bookmarks.resolve(*bookmark);

@@ -1,6 +1,7 @@
 #include "library/LocalFileNotes.h"
 
 #include "library/NoteText.h"
+#include "platform/DistantVolumes.h"
 
 #include <algorithm>
 #include <utility>
@@ -27,9 +28,11 @@ std::optional<LinkedNote> LocalFileNotes::otherNote(const std::filesystem::path&
     std::erase_if(notes, [&](const LinkedNote& note) { return note.id == id; });
     const auto samePath = std::ranges::find(notes, path.string(), &LinkedNote::path);
     if (samePath != notes.end()) return *samePath;
+    if (!distantVolumes::answersFor(path)) return std::nullopt;
     const auto stamp = stampOf(path);
     if (!stamp) return std::nullopt;
     for (const auto& note : notes) {
+        if (!distantVolumes::answersFor(note.path)) continue;
         const auto there = stampOf(note.path);
         if (there && there->isSameFile(*stamp)) return note;
         const auto bookmark = there ? std::nullopt : Bookmark::decode(note.bookmarkData);
@@ -45,6 +48,7 @@ std::optional<LinkedNote> LocalFileNotes::otherNote(const std::filesystem::path&
 void LocalFileNotes::refuseIfTaken(const std::filesystem::path& path, const Uuid& id) const {
     if (const auto other = otherNote(path, id))
         throw LinkError(path, LinkError::OtherNote{other->id, other->title});
+    if (!distantVolumes::answersFor(path)) throw LinkError(path, FileError::noAnswer(path));
 }
 
 Note LocalFileNotes::create(const std::filesystem::path& path) {

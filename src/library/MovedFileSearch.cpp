@@ -1,5 +1,6 @@
 #include "library/MovedFileSearch.h"
 
+#include "platform/DistantVolumes.h"
 #include "platform/Handle.h"
 
 #include <dirent.h>
@@ -59,6 +60,7 @@ void MovedFileSearch::climb() {
 // What is on another volume has inodes of its own. The volume is that of the first folder there is:
 // layered file systems give folders and files different ones.
 void MovedFileSearch::readFolder(const Path& folder) {
+    if (!distantVolumes::answersFor(folder)) return;
     struct stat status {};
     const Directory open(opendir(folder.c_str()));
     if (!open || fstat(dirfd(open.get()), &status) != 0) return;

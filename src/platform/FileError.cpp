@@ -42,4 +42,8 @@ FileError FileError::fromCode(int code, const std::filesystem::path& path) {
     return {faultOf(code), path, std::generic_category().message(code)};
 }
 
+FileError FileError::noAnswer(const std::filesystem::path& path) {
+    return {FileFault::noAnswer, path, "its volume does not answer"};
+}
+
 }  // namespace corvel

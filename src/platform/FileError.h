@@ -15,7 +15,8 @@ enum class FileFault {
     notAFile,  ///< a pipe, a device, a socket
     linkLoop,
     tooLarge,
-    changed,  ///< the file is not the one that was expected
+    changed,   ///< the file is not the one that was expected
+    noAnswer,  ///< its volume is silent: a server that is gone, a program that hangs
     failed,
 };
 
@@ -25,6 +26,7 @@ public:
     FileError(FileFault fault, const std::filesystem::path& path, const std::string& detail);
     /// From the system's error number.
     static FileError fromCode(int code, const std::filesystem::path& path);
+    static FileError noAnswer(const std::filesystem::path& path);
 
     FileFault fault() const { return m_fault; }
 

@@ -11,6 +11,7 @@ namespace corvel {
 
 void FileMonitor::watch(const std::filesystem::path& path) {
     stop();
+    m_isWatching = true;
     add(path);
     // A link is watched where it lies, and the file where that is.
     std::error_code error;
@@ -33,6 +34,7 @@ void FileMonitor::stop() {
     for (const auto& monitor : m_watches)
         g_signal_handlers_disconnect_by_data(monitor.get(), this);
     m_watches.clear();
+    m_isWatching = false;
     m_interval.disconnect();
     m_isWaiting = false;
 }

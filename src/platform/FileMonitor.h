@@ -28,6 +28,7 @@ public:
     /// system cannot watch it, `notice` alone tells.
     void watch(const std::filesystem::path& path);
     void stop();
+    bool isWatching() const { return m_isWatching; }
     /// To be called by whoever suspects a change; counts as an event.
     void notice();
 
@@ -37,6 +38,7 @@ private:
     void add(const std::filesystem::path& path);
 
     std::vector<GObjectHandle<GFileMonitor>> m_watches;
+    bool m_isWatching = false;
     bool m_isWaiting = false;  ///< another event came within the interval
     ScopedConnection m_interval;
     sigc::signal<void()> m_changed;

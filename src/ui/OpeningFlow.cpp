@@ -31,6 +31,8 @@ const Text& reason(ExternalFault fault) {
             return texts::faultLinkLoop;
         case ExternalFault::tooLarge:
             return texts::faultTooLarge;
+        case ExternalFault::noAnswer:
+            return texts::faultSilent;
         case ExternalFault::notText:
             return texts::faultNoText;
         case ExternalFault::notUtf8:

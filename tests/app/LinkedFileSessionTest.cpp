@@ -1,16 +1,19 @@
 #include "app/LinkedFileSession.h"
+#include "library/LinkedFileScan.h"
 #include "library/Notifications.h"
 #include "platform/FileDescriptor.h"
 #include "platform/WholeFile.h"
 #include "support/FileSizeLimit.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
+#include "support/Mount.h"
 #include "support/OtherUser.h"
 #include "support/TestSession.h"
 
 #include <fcntl.h>
 #include <glibmm/main.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 
@@ -227,6 +230,91 @@ TEST_F(LinkedFileSessionTest, AFileThatMayNotBeWrittenLeavesTheTextInTheStore) {
     session->state.selectedNoteID.set(id);
     EXPECT_EQ(state(), Kind::inStep);
     EXPECT_EQ(fileText(), "base\nmore\n") << "opening the note writes what was left";
+}
+
+TEST_F(LinkedFileSessionTest, AVolumeWithoutRoomOrWriteAccessIsWrittenWhenItCan) {
+    const Mount volume = Mount::ofSize(files, "64k");
+    if (!volume.isMounted()) GTEST_SKIP() << "needs root";
+    openFile("base\n");
+    const std::string large(200'000, 'x');
+    type(large);
+    ASSERT_TRUE(save());
+    ASSERT_EQ(state(), Kind::unwritable);
+    EXPECT_EQ(session->linkedFile.state().error->fileFault(), FileFault::diskFull);
+    EXPECT_EQ(fileText(), "base\n");
+    EXPECT_EQ(std::distance(fs::directory_iterator(files), {}), 1) << "nothing is left beside it";
+    ASSERT_TRUE(volume.change(0, "size=4m"));
+    EXPECT_TRUE(turnsTo(Kind::inStep)) << "nobody asks for it";
+    EXPECT_EQ(fileText(), "base\n" + large);
+
+    ASSERT_TRUE(volume.change(MS_RDONLY, ""));
+    type("more");
+    ASSERT_TRUE(save());
+    ASSERT_EQ(state(), Kind::unwritable);
+    EXPECT_EQ(session->linkedFile.state().error->fileFault(), FileFault::readOnly);
+    ASSERT_TRUE(volume.change(0, ""));
+    session->linkedFile.check();
+    EXPECT_EQ(state(), Kind::inStep);
+    EXPECT_EQ(fileText(), "base\n" + large + "more");
+}
+
+// A server that is gone: whatever touches the file would wait for it.
+TEST_F(LinkedFileSessionTest, ASilentVolumeHoldsNothingUp) {
+    const auto id = openFile("base\n");
+    {
+        const Mount silent = Mount::silent(files);
+        if (!silent.isMounted()) GTEST_SKIP() << "needs root and FUSE";
+        type("mine\n");
+        ASSERT_TRUE(save());
+        ASSERT_EQ(state(), Kind::unreadable);
+        EXPECT_EQ(session->linkedFile.state().error->fileFault(), FileFault::noAnswer);
+        EXPECT_EQ(storedText(id), "base\nmine\n");
+        EXPECT_EQ(session->linkedFile.writeAgain().refusal->fileFault(), FileFault::noAnswer);
+        // Other files are opened, the list of the linked ones is looked through, the note closed
+        // and, at the next start, opened.
+        const auto other = folder.write("other.md", "other\n");
+        EXPECT_TRUE(session->list.findOrCreateLocalFileNote(other).noteID);
+        EXPECT_EQ(session->list.findOrCreateLocalFileNote(files / "new.md").refusal->fileFault(),
+                  FileFault::noAnswer);
+        activate(CommandID::newNote);
+        LinkedFileScan scan(session->library.notes);
+        while (scan.work(std::chrono::milliseconds(100), std::nullopt)) {
+        }
+        close();
+        open();
+        session->state.selectedNoteID.set(id);
+        EXPECT_EQ(state(), Kind::unreadable);
+    }
+    session->linkedFile.check();
+    EXPECT_EQ(state(), Kind::inStep);
+    EXPECT_EQ(fileText(), "base\nmine\n");
+    replace("theirs\n");
+    EXPECT_TRUE(turnUntil([&] { return buffer == "theirs\n"; })) << "it is watched again";
+}
+
+TEST_F(LinkedFileSessionTest, WhatTakesTheFilesPlaceIsNeitherWaitedForNorOverwritten) {
+    const auto id = openFile("base\n");
+    const auto replaceBy = [&](FileFault fault, const std::function<void()>& make) {
+        SCOPED_TRACE(static_cast<int>(fault));
+        fs::remove(note);
+        make();
+        ASSERT_TRUE(turnsTo(Kind::unreadable));
+        EXPECT_EQ(session->linkedFile.state().error->fileFault(), fault);
+        type("x");
+        ASSERT_TRUE(save());
+        EXPECT_EQ(state(), Kind::unreadable);
+        const auto text = storedText(id);
+        fs::remove(note);
+        write("base\n");
+        ASSERT_TRUE(turnsTo(Kind::inStep));
+        EXPECT_EQ(fileText(), text);
+        EXPECT_EQ(storedText(id), text);
+        write("base\n");
+        ASSERT_TRUE(turnUntil([&] { return buffer == "base\n"; }));
+    };
+    replaceBy(FileFault::notAFile, [&] { ASSERT_EQ(::mkfifo(note.c_str(), 0666), 0); });
+    replaceBy(FileFault::folder, [&] { fs::create_directory(note); });
+    replaceBy(FileFault::linkLoop, [&] { fs::create_symlink("note.md", note); });
 }
 
 TEST_F(LinkedFileSessionTest, ACrashBetweenStoreAndFileIsSettledAtTheNextStart) {

@@ -42,6 +42,8 @@ inline constexpr Text faultNoPermission{"brak prawa do odczytu", "you may not re
 inline constexpr Text faultPipe{"to nie jest zwykły plik", "it is not an ordinary file"};
 inline constexpr Text faultLinkLoop{"dowiązanie prowadzi do samego siebie",
                                     "the link leads back to itself"};
+inline constexpr Text faultSilent{"dysk, na którym leży, nie odpowiada",
+                                  "the disk it is on does not answer"};
 inline constexpr Text faultTooLarge{"jest za duży na notatkę", "it is too large for a note"};
 inline constexpr Text faultNoText{"to nie jest tekst", "it is not text"};
 inline constexpr Text faultNotUtf8{

@@ -32,6 +32,8 @@ inline constexpr Text faultLinkLoop{"dowiązania prowadzą w kółko", "its link
 inline constexpr Text faultTooLarge{"ma ponad 64 MB, można go tylko zaimportować",
                                     "it has more than 64 MB and can only be imported"};
 inline constexpr Text faultChanged{"ktoś go właśnie zmienia", "somebody is changing it just now"};
+inline constexpr Text faultNoAnswer{"dysk, na którym leży, nie odpowiada",
+                                    "the disk it is on does not answer"};
 inline constexpr Text faultSystem{"system zgłasza błąd", "the system reports an error"};
 inline constexpr Text faultUtf16{"jest w UTF-16: zapisz go w UTF-8 albo zaimportuj",
                                  "it is UTF-16: save it as UTF-8, or import it"};
