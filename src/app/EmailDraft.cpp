@@ -1,5 +1,6 @@
 #include "app/EmailDraft.h"
 
+#include "export/NoteBody.h"
 #include "markdown/EmailMessage.h"
 #include "markdown/MarkdownPlainTextRenderer.h"
 #include "platform/FileBytes.h"
@@ -27,6 +28,7 @@ EmailStyle styleOf(const ThemeTypography& typography) {
 }
 
 std::string messageOf(const std::string& content,
+                      const std::filesystem::path& folder,
                       const std::string& subject,
                       const EmailStyle& style,
                       const RenderOutcome& rendered,
@@ -34,7 +36,7 @@ std::string messageOf(const std::string& content,
     using Renderer = MarkdownPlainTextRenderer;
     std::string body = rendered.isPlainText ? "<pre style=\"white-space:pre-wrap\">" +
                                                   MarkdownParserService::escaped(content) + "</pre>"
-                                            : parser.postProcessImages(rendered.html);
+                                            : parser.postProcessImages(rendered.html, folder);
     const std::string text =
         rendered.isPlainText ? content : Renderer(Renderer::Links::withAddress).render(content);
     const std::string page = MarkdownParserService::emailPage(subject, body, style);
@@ -60,10 +62,10 @@ void EmailDraft::write(const Note& note,
     m_rendering = Gio::Cancellable::create();
     m_renderer.render(
         note.content, m_rendering,
-        [this, request = m_rendering, content = note.content, subject,
+        [this, request = m_rendering, content = note.content, folder = imageFolderOf(note), subject,
          style = styleOf(theme.typography), done = std::move(done)](const RenderOutcome& rendered) {
             if (request->is_cancelled()) return;
-            done(store(messageOf(content, subject, style, rendered, m_parser)));
+            done(store(messageOf(content, folder, subject, style, rendered, m_parser)));
         });
 }
 

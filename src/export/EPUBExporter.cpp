@@ -47,7 +47,7 @@ void EPUBExporter::exportNote(const Note& note,
                               Done done) {
     std::string stylesheet =
         options.applyTheme ? generateCSS(theme) : std::string(bookparts::plainStylesheet());
-    m_body.render(note.content, NoteBody::Images::allEmbedded, cancellable,
+    m_body.render(note, NoteBody::Images::allEmbedded, cancellable,
                   [note, stylesheet = std::move(stylesheet),
                    done = std::move(done)](std::variant<std::string, ExportError> body) {
                       if (const auto* error = std::get_if<ExportError>(&body)) return done(*error);

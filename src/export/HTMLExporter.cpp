@@ -21,8 +21,7 @@ void HTMLExporter::exportNote(const Note& note,
                               const Glib::RefPtr<Gio::Cancellable>& cancellable,
                               Done done) {
     using Images = NoteBody::Images;
-    m_body.render(note.content, options.embedImages ? Images::embedded : Images::asWritten,
-                  cancellable,
+    m_body.render(note, options.embedImages ? Images::embedded : Images::asWritten, cancellable,
                   [title = note.title, css = options.applyTheme ? generateCSS(theme) : "",
                    done = std::move(done)](std::variant<std::string, ExportError> body) {
                       if (const auto* error = std::get_if<ExportError>(&body)) return done(*error);

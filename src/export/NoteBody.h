@@ -3,15 +3,20 @@
 #include "export/ExportError.h"
 #include "markdown/GuardedRenderer.h"
 #include "markdown/MarkdownParserService.h"
+#include "model/Note.h"
 #include "platform/RemoteImages.h"
 
 #include <giomm/cancellable.h>
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <variant>
 
 namespace corvel {
+
+/// Where relative addresses of images start in a note that mirrors a file; empty for other notes.
+std::filesystem::path imageFolderOf(const Note& note);
 
 /// What every export with markup begins with: the HTML of a note's text.
 class NoteBody {
@@ -33,7 +38,7 @@ public:
 
     /// Calls `done` exactly once, on the main loop, never before this function returns; not at all
     /// once `cancellable` was cancelled.
-    void render(const std::string& markdown,
+    void render(const Note& note,
                 Images images,
                 const Glib::RefPtr<Gio::Cancellable>& cancellable,
                 Done done) const;

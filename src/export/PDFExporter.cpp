@@ -35,7 +35,7 @@ void PDFExporter::exportNote(const Note& note,
     m_job = PdfJob::create({paperOf(options.pageSize), std::move(description)}, cancellable,
                            std::move(done));
     m_body.render(
-        note.content, NoteBody::Images::allEmbedded, cancellable,
+        note, NoteBody::Images::allEmbedded, cancellable,
         [this, job = m_job, size = options.pageSize,
          css = options.applyTheme ? generateCSS(theme) : std::string(plainPrintStylesheet())](
             const std::variant<std::string, ExportError>& body) {

@@ -14,7 +14,7 @@ void TXTExporter::exportNote(const Note& note,
                              const Theme&,
                              const Glib::RefPtr<Gio::Cancellable>& cancellable,
                              Done done) {
-    m_body.render(note.content, NoteBody::Images::asWritten, cancellable,
+    m_body.render(note, NoteBody::Images::asWritten, cancellable,
                   [markdown = note.content,
                    done = std::move(done)](const std::variant<std::string, ExportError>& body) {
                       if (const auto* error = std::get_if<ExportError>(&body)) return done(*error);

@@ -163,6 +163,20 @@ bool isRelative(std::string_view address) {
     return colon == kNone || address.find('/') < colon;
 }
 
+std::string replaceSources(std::string html,
+                           bool (*isMeant)(std::string_view),
+                           const Replacement& replacement) {
+    ImageSourceScanner scanner(html);
+    Rewriter rewriter(html);
+    while (const auto source = scanner.next()) {
+        const auto address =
+            std::string_view(html).substr(source->begin, source->end - source->begin);
+        if (!isMeant(address)) continue;
+        if (const auto other = replacement(address)) rewriter.replace(*source, *other);
+    }
+    return rewriter.finish();
+}
+
 }  // namespace
 
 std::string replaceAttachments(std::string html, const Replacement& replacement) {
@@ -204,15 +218,7 @@ std::string applyWidths(std::string html) {
 }
 
 std::string replaceRemoteSources(std::string html, const Replacement& replacement) {
-    ImageSourceScanner scanner(html);
-    Rewriter rewriter(html);
-    while (const auto source = scanner.next()) {
-        const auto address =
-            std::string_view(html).substr(source->begin, source->end - source->begin);
-        if (!hasRemoteScheme(address)) continue;
-        if (const auto other = replacement(address)) rewriter.replace(*source, *other);
-    }
-    return rewriter.finish();
+    return replaceSources(std::move(html), hasRemoteScheme, replacement);
 }
 
 std::string markRemoteSources(std::string html, std::string_view scheme) {
@@ -221,15 +227,8 @@ std::string markRemoteSources(std::string html, std::string_view scheme) {
     });
 }
 
-std::string resolveRelativeSources(std::string html, std::string_view folder) {
-    ImageSourceScanner scanner(html);
-    Rewriter rewriter(html);
-    while (const auto source = scanner.next()) {
-        const auto address =
-            std::string_view(html).substr(source->begin, source->end - source->begin);
-        if (isRelative(address)) rewriter.replace({source->begin, source->begin}, folder);
-    }
-    return rewriter.finish();
+std::string replaceRelativeSources(std::string html, const Replacement& replacement) {
+    return replaceSources(std::move(html), isRelative, replacement);
 }
 
 }  // namespace corvel::imagepasses

@@ -25,9 +25,8 @@ std::string replaceRemoteSources(std::string html, const Replacement& replacemen
 /// Writes `scheme` before the http or https address of each image.
 std::string markRemoteSources(std::string html, std::string_view scheme);
 
-/// Writes `folder`, an absolute address that ends in a slash, before each image's address that is
-/// relative.
-std::string resolveRelativeSources(std::string html, std::string_view folder);
+/// The relative address of each image, as it is written, where `replacement` has another.
+std::string replaceRelativeSources(std::string html, const Replacement& replacement);
 
 /// "(<img\s[^>]*>)\s*\{width=([^}]+)\}": the width becomes a style of the image.
 std::string applyWidths(std::string html);

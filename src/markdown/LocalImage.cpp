@@ -1,7 +1,9 @@
 #include "markdown/LocalImage.h"
 
+#include "platform/DistantVolumes.h"
 #include "platform/FileBytes.h"
 #include "platform/FileDescriptor.h"
+#include "platform/ImageType.h"
 #include "platform/Paths.h"
 
 #include <fcntl.h>
@@ -35,16 +37,41 @@ bool liesIn(const std::filesystem::path& path, const std::filesystem::path& fold
     return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// By where the open file really is, so that no link leads into a closed folder.
-bool isAllowed(int file) {
+// Where an open file really is, whatever links led to it.
+std::filesystem::path placeOf(int file) {
     std::error_code error;
-    const auto real = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), error);
-    if (error) return false;
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), error);
+}
+
+bool isAllowed(const std::filesystem::path& real) {
+    if (real.empty()) return false;
     for (const char* closed : {"/proc", "/sys", "/dev"}) {
         if (liesIn(real, closed)) return false;
     }
+    std::error_code error;
     const auto own = std::filesystem::weakly_canonical(paths::applicationSupport(), error);
     return !error && !liesIn(real, own);
+}
+
+// `folder` is where the file must lie, empty for anywhere.
+std::optional<std::vector<std::uint8_t>> readIn(const std::filesystem::path& folder,
+                                                const std::string& path) {
+    if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos) {
+        return std::nullopt;
+    }
+    if (!distantVolumes::answersFor(path)) return std::nullopt;
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    struct stat status {};
+    if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
+    if (!S_ISREG(status.st_mode) || std::cmp_greater(status.st_size, kSizeLimit)) {
+        return std::nullopt;
+    }
+    const auto real = placeOf(file.get());
+    if (!isAllowed(real)) return std::nullopt;
+    std::error_code error;
+    if (!folder.empty() && !liesIn(real, std::filesystem::canonical(folder, error)))
+        return std::nullopt;
+    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
 }
 
 }  // namespace
@@ -79,17 +106,20 @@ std::string percentDecoded(std::string_view text) {
 }
 
 std::optional<std::vector<std::uint8_t>> readLocalImage(const std::string& path) {
-    if (path.empty() || path.front() != '/' || path.find('\0') != std::string::npos) {
-        return std::nullopt;
-    }
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
-    if (!S_ISREG(status.st_mode) || std::cmp_greater(status.st_size, kSizeLimit)) {
-        return std::nullopt;
-    }
-    if (!isAllowed(file.get())) return std::nullopt;
-    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
+    return readIn({}, path);
+}
+
+std::optional<ImageBeside> readImageBeside(const std::filesystem::path& folder,
+                                           std::string_view address) {
+    auto bytes = readIn(folder, folder / percentDecoded(address));
+    // As in "picture.png?raw=true".
+    const auto end = address.find_first_of("?#");
+    if (!bytes && end != std::string_view::npos)
+        bytes = readIn(folder, folder / percentDecoded(address.substr(0, end)));
+    if (!bytes) return std::nullopt;
+    const auto type = imageTypeOf({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+    if (type.empty()) return std::nullopt;
+    return ImageBeside{type, *std::move(bytes)};
 }
 
 }  // namespace corvel

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,5 +20,16 @@ std::string percentDecoded(std::string_view text);
 /// over 64 MB, or lies where no image of a note may come from: /proc, /sys, /dev, or the program's
 /// own data folder. Never waits for the other end of a pipe or a device.
 std::optional<std::vector<std::uint8_t>> readLocalImage(const std::string& path);
+
+struct ImageBeside {
+    std::string_view mimeType;  ///< by its bytes, whatever its name says
+    std::vector<std::uint8_t> bytes;
+};
+
+/// The image that `address`, relative and as it stands in a page, means for a text in `folder`.
+/// None unless it lies there or in a folder below, where all links lead, and is an image; else as
+/// above.
+std::optional<ImageBeside> readImageBeside(const std::filesystem::path& folder,
+                                           std::string_view address);
 
 }  // namespace corvel

@@ -8,10 +8,7 @@
 #include "markdown/HtmlEscape.h"
 #include "markdown/ImagePasses.h"
 #include "markdown/LocalImage.h"
-#include "platform/Handle.h"
 #include "platform/Text.h"
-
-#include <glib.h>
 
 #include <utility>
 
@@ -52,7 +49,8 @@ std::string MarkdownParserService::headingSlug(std::string_view plainText) {
     return corvel::headingSlug(plainText);
 }
 
-std::string MarkdownParserService::postProcessImages(std::string html) const {
+std::string MarkdownParserService::postProcessImages(std::string html,
+                                                     const std::filesystem::path& folder) const {
     EmbeddingBudget budget;
     const auto attachment = [&](std::string_view text) -> std::optional<std::string> {
         const auto id = Uuid::parse(text);
@@ -66,6 +64,12 @@ std::string MarkdownParserService::postProcessImages(std::string html) const {
         if (!bytes) return std::nullopt;
         return budget.embed(imageMimeType(path), *bytes);
     };
+    const auto beside = [&](std::string_view source) -> std::optional<std::string> {
+        const auto image = readImageBeside(folder, source);
+        if (!image) return std::nullopt;
+        return budget.embed(image->mimeType, image->bytes);
+    };
+    if (!folder.empty()) html = imagepasses::replaceRelativeSources(std::move(html), beside);
     html = imagepasses::replaceAttachments(std::move(html), attachment);
     html = imagepasses::replaceLocalSources(std::move(html), localFile);
     return imagepasses::applyWidths(std::move(html));
@@ -74,18 +78,6 @@ std::string MarkdownParserService::postProcessImages(std::string html) const {
 std::string MarkdownParserService::markRemoteImages(std::string html, const std::string& key) {
     return imagepasses::markRemoteSources(std::move(html),
                                           std::string(kRemoteImageScheme) + ":" + key);
-}
-
-std::string MarkdownParserService::resolveImages(std::string html,
-                                                 const std::filesystem::path& folder) {
-    const Handle<gchar, g_free> path(
-        g_uri_escape_string((folder / "").c_str(), G_URI_RESERVED_CHARS_ALLOWED_IN_PATH, TRUE));
-    std::string base = path.get();
-    // A quotation mark would end the attribute.
-    for (std::size_t at = base.find('\''); at != std::string::npos; at = base.find('\'', at)) {
-        base.replace(at, 1, "%27");
-    }
-    return imagepasses::resolveRelativeSources(std::move(html), base);
 }
 
 std::string MarkdownParserService::fullPage(std::string_view title,

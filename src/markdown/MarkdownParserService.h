@@ -43,14 +43,13 @@ public:
     static std::string headingSlug(std::string_view plainText);
 
     /// Attachment references and local image files become `data:` URLs, `{width=…}` becomes a
-    /// style.
-    std::string postProcessImages(std::string html) const;
+    /// style. A relative address means a file beside the text's own, in `folder` or below; without
+    /// a folder it stays as it is.
+    std::string postProcessImages(std::string html, const std::filesystem::path& folder = {}) const;
 
     /// For a web view that may show images from the web: their addresses get the scheme that
     /// reaches the program, and the key that it asks for, or none.
     static std::string markRemoteImages(std::string html, const std::string& key = {});
-    /// For a page of a file: relative addresses of images start at `folder`, an absolute path.
-    static std::string resolveImages(std::string html, const std::filesystem::path& folder);
 
     static std::string fullPage(std::string_view title,
                                 std::string_view css,

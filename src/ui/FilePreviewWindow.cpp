@@ -2,6 +2,7 @@
 
 #include "app/texts/PageTexts.h"
 #include "library/ImportedFile.h"
+#include "platform/DistantVolumes.h"
 #include "ui/Accessible.h"
 
 #include <giomm/file.h>
@@ -26,7 +27,7 @@ constexpr const char* kProblem = "problem";
 FilePreviewWindow::FilePreviewWindow(Session& session, std::filesystem::path path)
     : PageWindow(session, "filePreviewWindow", {820, 860})
     , m_path(std::move(path))
-    , m_page(session, {{}, m_path.parent_path()}) {
+    , m_page(session, {{}, [this] { return m_path.parent_path(); }}) {
     m_stack.add(m_page, kPage);
     m_stack.add(m_problem.widget(), kProblem);
     set_child(m_stack);
@@ -34,7 +35,6 @@ FilePreviewWindow::FilePreviewWindow(Session& session, std::filesystem::path pat
         if (onImport) onImport(m_path);
     });
     header().packStart(m_import);
-    follow();
     read();
     FilePreviewWindow::relabel();
 }
@@ -66,6 +66,8 @@ void FilePreviewWindow::read() {
 }
 
 FilePreviewWindow::State FilePreviewWindow::load() {
+    if (!distantVolumes::answersFor(m_path)) return State::unreadable;
+    if (!m_monitor) follow();
     std::error_code error;
     if (!std::filesystem::exists(m_path, error)) return State::missing;
     if (std::filesystem::is_regular_file(m_path, error) &&

@@ -28,7 +28,7 @@ NotePane::NotePane(Session& session, LinkedFileBar::Callbacks linkedFile)
     , m_body(Gtk::Orientation::HORIZONTAL)
     , m_editor(session.preferences, session.themes)
     , m_tools(session, m_editor)
-    , m_preview(session)
+    , m_preview(session, {{}, folderOfOpenFile(session)})
     , m_status(session)
     , m_several(session) {
     add_css_class("corvel-note");

@@ -1,6 +1,7 @@
 #include "ui/PreviewView.h"
 
 #include "app/Texts.h"
+#include "export/NoteBody.h"
 #include "markdown/PreviewPage.h"
 #include "platform/Text.h"
 #include "themes/Color.h"
@@ -24,6 +25,12 @@ constexpr const char* kWebPage = "page";
 constexpr const char* kPlainPage = "plain";
 
 }  // namespace
+
+std::function<std::filesystem::path()> folderOfOpenFile(const Session& session) {
+    return [&editor = session.editor] {
+        return editor.note() ? imageFolderOf(*editor.note()) : std::filesystem::path();
+    };
+}
 
 PreviewView::PreviewView(Session& session, PreviewStyle style)
     : m_session(session)
@@ -148,11 +155,8 @@ void PreviewView::showRendered(RenderOutcome outcome) {
         showPlainText();
         return;
     }
-    std::string body = std::move(outcome.html);
-    if (!m_style.imageFolder.empty()) {
-        body = MarkdownParserService::resolveImages(std::move(body), m_style.imageFolder);
-    }
-    body = m_session.parser.postProcessImages(std::move(body));
+    const auto folder = m_style.imageFolder ? m_style.imageFolder() : std::filesystem::path();
+    std::string body = m_session.parser.postProcessImages(std::move(outcome.html), folder);
     if (m_session.preferences.loadRemoteImages()) {
         body = MarkdownParserService::markRemoteImages(std::move(body), m_room->imageKey());
     }

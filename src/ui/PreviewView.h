@@ -23,9 +23,13 @@ namespace corvel {
 
 /// How a page differs from the live preview's.
 struct PreviewStyle {
-    std::string extraCss;               ///< behind the theme's style sheet
-    std::filesystem::path imageFolder;  ///< where relative image addresses start; empty for nowhere
+    std::string extraCss;  ///< behind the theme's style sheet
+    /// Where relative addresses of images start just now; empty for nowhere.
+    std::function<std::filesystem::path()> imageFolder;
 };
+
+/// Where the images lie of the note that is open.
+std::function<std::filesystem::path()> folderOfOpenFile(const Session& session);
 
 /// A rendered Markdown text. The web view is made when the widget is first on screen, after that
 /// frame; what is not on screen is not rendered. A text that cannot be rendered is shown as it is,

@@ -15,7 +15,8 @@ constexpr const char* kColumn =
 }  // namespace
 
 ReaderWindow::ReaderWindow(Session& session)
-    : PageWindow(session, "readerWindow", {860, 900}), m_page(session, {kColumn, {}}) {
+    : PageWindow(session, "readerWindow", {860, 900})
+    , m_page(session, {kColumn, folderOfOpenFile(session)}) {
     set_child(m_page);
     auto& editor = session.editor;
     m_connections.emplace_back(editor.signalOpened().connect([this] { noteOpened(); }));
