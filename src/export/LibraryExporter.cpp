@@ -176,19 +176,23 @@ private:
         g_subprocess_wait_async(
             process.get(), m_sync.get(),
             [](GObject* source, GAsyncResult* result, gpointer data) {
-                GError* error = nullptr;
-                g_subprocess_wait_finish(G_SUBPROCESS(source), result, &error);
+                auto* const waited = G_SUBPROCESS(source);
                 // Cancelled: the job may be gone.
-                const bool isCancelled =
-                    error != nullptr && g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-                g_clear_error(&error);
-                if (!isCancelled) static_cast<Job*>(data)->complete();
+                if (g_subprocess_wait_finish(waited, result, nullptr) == FALSE) return;
+                static_cast<Job*>(data)->synchronised(g_subprocess_get_successful(waited) !=
+                                                      FALSE);
             },
             this);
     }
 
-    void complete() {
+    // Some disks tell only now that they had no room for all of it.
+    void synchronised(bool isOnDisk) {
         m_sync.reset();
+        if (isOnDisk) return complete();
+        fail(LibraryExportFault::failed, m_partial.string() + ": not all of it is on the disk");
+    }
+
+    void complete() {
         guarded([&] {
             if (::rename(m_partial.c_str(), m_target.c_str()) != 0)
                 throw LibraryExportError::of(errno, m_target);

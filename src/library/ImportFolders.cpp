@@ -9,12 +9,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t kLongestPath = 4096;
+
 const Folder* folderWithID(const std::vector<Folder>& folders, const Uuid& id) {
     for (const auto& folder : folders) {
         if (folder.id == id) return &folder;
         if (const auto* found = folderWithID(folder.children, id)) return found;
     }
     return nullptr;
+}
+
+// Empty for what leads out of the library, or so deep that no export has written it.
+fs::path pathInLibrary(const std::string& told) {
+    if (told.size() > kLongestPath) return {};
+    auto path = fs::path(told).relative_path().lexically_normal();
+    if (!path.has_filename()) path = path.parent_path();
+    return path == "." || *path.begin() == ".." ? fs::path() : path;
 }
 
 }  // namespace
@@ -87,7 +97,7 @@ std::vector<Uuid> ImportFolders::foldersOf(const fs::path& library,
         add(m_options.intoFolder);
     } else if (told && !library.empty()) {
         for (const auto& path : *told)
-            add(folderFor(library, fs::path(path).relative_path().lexically_normal()));
+            add(folderFor(library, pathInLibrary(path)));
     } else {
         add(folderFor(library, folder));
     }

@@ -4,10 +4,12 @@
 #include "library/ImportedFile.h"
 #include "library/MarkdownImages.h"
 #include "library/NoteText.h"
+#include "library/TagScanner.h"
 #include "platform/Text.h"
 
 #include <gio/gio.h>
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
@@ -97,6 +99,21 @@ private:
     std::size_t m_bytes = 0;
 };
 
+bool isTagPath(const std::string& path) {
+    return !path.empty() && path.size() <= TagScanner::kLongestPath &&
+           std::cmp_less(std::ranges::count(path, '/'), TagScanner::kMostSegments) &&
+           text::isValidUtf8(path);
+}
+
+void takeTags(Note& note, std::vector<std::string>& paths) {
+    for (auto& path : paths) {
+        if (!isTagPath(path)) continue;
+        if (note.tags.size() == TagScanner::kMostPaths) return;
+        const auto name = path.substr(path.rfind('/') + 1);
+        note.tags.push_back({Uuid::random(), name, std::move(path), {}});
+    }
+}
+
 void takeState(Note& note, FrontMatter& values) {
     if (values.id) note.id = *values.id;
     if (values.createdAt) note.createdAt = *values.createdAt;
@@ -105,10 +122,7 @@ void takeState(Note& note, FrontMatter& values) {
     note.isArchived = values.isArchived;
     note.isTrashed = values.isTrashed;
     if (values.isTrashed) note.trashedAt = values.trashedAt;
-    for (auto& path : values.tags) {
-        const auto name = path.substr(path.rfind('/') + 1);
-        note.tags.push_back({Uuid::random(), name, std::move(path), {}});
-    }
+    takeTags(note, values.tags);
 }
 
 /// Takes in the files that a file of an exported library lists, and points the text at them again.

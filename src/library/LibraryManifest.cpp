@@ -13,7 +13,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr const char* kFormat = "qno-corvel-library";
 constexpr int kVersion = 1;
-constexpr std::size_t kLargest = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kLargest = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t kLongestName = 10'000;
+constexpr int kDeepest = 3;  // of the lists and objects in it
 
 std::string textIn(const Json& object, const char* key) {
     const auto found = object.find(key);
@@ -24,7 +26,7 @@ std::optional<LibraryManifest::FolderEntry> folderFrom(const Json& object) {
     if (!object.is_object()) return std::nullopt;
     LibraryManifest::FolderEntry entry;
     entry.id = Uuid::parse(textIn(object, "id")).value_or(Uuid::random());
-    entry.name = text::repaired(textIn(object, "name"));
+    entry.name = text::repaired(text::prefixByBytes(textIn(object, "name"), kLongestName));
     entry.path = textIn(object, "path");
     entry.parentID = Uuid::parse(textIn(object, "parent"));
     if (entry.path.empty()) return std::nullopt;
@@ -50,7 +52,9 @@ std::string LibraryManifest::json() const {
 std::optional<LibraryManifest> LibraryManifest::in(const std::filesystem::path& folder) {
     const auto bytes = readRegularFile(folder / kFileName, kLargest);
     if (!bytes) return std::nullopt;
-    const auto all = Json::parse(*bytes, nullptr, false);
+    // What lies deeper is not kept: each level of it would take many times its one byte.
+    const auto isShallow = [](int depth, Json::parse_event_t, Json&) { return depth <= kDeepest; };
+    const auto all = Json::parse(*bytes, isShallow, false);
     if (!all.is_object() || textIn(all, "format") != kFormat) return std::nullopt;
     LibraryManifest manifest;
     manifest.exportedAt = textIn(all, "exported");

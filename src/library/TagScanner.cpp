@@ -14,9 +14,6 @@ namespace corvel {
 namespace {
 
 constexpr std::string_view kFence = "```";
-constexpr std::size_t kMostSegments = 64;
-constexpr std::size_t kLongestPath = 1000;
-constexpr std::size_t kMostPaths = 10'000;
 
 std::string withoutFences(std::string_view text) {
     std::string rest;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,11 @@ namespace corvel {
 ///     (?:^|\s)#([\w]+(?:/[\w]+)*)      the tags in the rest; ^ is the start of the text
 class TagScanner {
 public:
+    // What goes beyond is no tag: a note has all prefixes of its tags.
+    static constexpr std::size_t kMostSegments = 64;
+    static constexpr std::size_t kLongestPath = 1000;
+    static constexpr std::size_t kMostPaths = 10'000;
+
     explicit TagScanner(std::string_view text);
 
     /// Every distinct path with all its prefixes, sorted by bytes.

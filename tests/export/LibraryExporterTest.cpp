@@ -2,10 +2,13 @@
 #include "export/PortableNames.h"
 #include "library/LibraryManifest.h"
 #include "library/MarkdownImporter.h"
+#include "platform/Text.h"
 #include "support/FileContent.h"
 #include "support/MainLoop.h"
+#include "support/Mount.h"
 #include "support/TestLibrary.h"
 
+#include <glibmm/miscutils.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -17,6 +20,7 @@ namespace corvel {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -270,6 +274,40 @@ TEST_F(LibraryExporterTest, ReadsNoFileOutsideTheExport) {
     EXPECT_EQ(query.integer(0), 0);
 }
 
+TEST_F(LibraryExporterTest, TakesFromAHostileLibraryOnlyWhatAnExportCanHold) {
+    const auto deep = [](std::size_t levels) {
+        std::string path = "a";
+        for (std::size_t i = 0; i < levels; ++i)
+            path += "/a";
+        return path;
+    };
+    disk.write("out/n.md",
+               "---\ncorvel: 1\ntitle: \"x\\0\"\ncreated: 9999-99-99\nfolders: [\"" +
+                   deep(500'000) +
+                   "\", \"..\", \"../../x\", \".\", \"/\", \"In/\", \"In/./y/..\"]\ntags: [\"" +
+                   deep(500'000) + "\", \"\", \"good/tag\"]\n---\ntext");
+    std::string nested(500'000, '[');
+    disk.write("out/corvel-library.json", "{\"format\": \"qno-corvel-library\", \"x\": " + nested +
+                                              std::string(nested.size(), ']') +
+                                              ", \"folders\": [{\"path\": \"../up\", \"name\": \"" +
+                                              std::string(1'000'000, 'n') +
+                                              "\", \"parent\": [[]]}, [], 1, {}]}");
+    EXPECT_EQ(import(library, disk.path() / "out").imported, 1U);
+    const auto notes = library->notes.fetchNotes(SidebarFilter{}, SortOption::title);
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_TRUE(text::isValidUtf8(notes[0].title));
+    std::vector<std::string> tags;
+    for (const auto& tag : notes[0].tags)
+        tags.push_back(tag.fullPath);
+    EXPECT_THAT(tags, UnorderedElementsAre("good", "good/tag"));
+    const auto folders = library->folders.fetchRootFolders();
+    ASSERT_EQ(folders.size(), 2U);
+    EXPECT_LE(folders[0].name.size(), 10'000U);
+    EXPECT_EQ(folders[1].name, "In");
+    EXPECT_TRUE(folders[1].children.empty());
+    EXPECT_EQ(notes[0].folderIDs, std::vector{folders[1].id});
+}
+
 TEST_F(LibraryExporterTest, WritesNothingWhereSomethingIs) {
     add("Note", "x");
     disk.write("out/mine.txt", "mine");
@@ -312,6 +350,31 @@ TEST_F(LibraryExporterTest, SaysWhenThePlaceVanishes) {
         [&](const LibraryExportReport& report) { result = report; });
     EXPECT_TRUE(turnUntil([&] { return result.has_value(); }));
     EXPECT_EQ(result->fault, LibraryExportFault::gone) << result->detail;
+}
+
+TEST_F(LibraryExporterTest, LeavesNothingOnADiskThatIsFullOrReadOnly) {
+    for (int i = 0; i < 300; ++i)
+        add("Note " + std::to_string(i), std::string(2000, 'x'));
+    const auto drive = disk.path() / "drive";
+    fs::create_directory(drive);
+    const Mount mount = Mount::ofSize(drive, "256k");
+    if (!mount.isMounted()) GTEST_SKIP() << "needs root";
+    EXPECT_EQ(exportTo(drive / "out").fault, LibraryExportFault::diskFull);
+    EXPECT_THAT(entriesOf(drive), IsEmpty());
+    ASSERT_TRUE(mount.change(MS_RDONLY, ""));
+    EXPECT_EQ(exportTo(drive / "out").fault, LibraryExportFault::notWritable);
+}
+
+// A disk that takes the bytes and then cannot keep them.
+TEST_F(LibraryExporterTest, IsNotDoneBeforeTheDiskHasIt) {
+    add("Note", "text");
+    const auto sync = disk.write("bin/sync", "#!/bin/sh\nexit 1\n");
+    fs::permissions(sync, fs::perms(0755));
+    const std::string before = Glib::getenv("PATH");
+    Glib::setenv("PATH", sync.parent_path().string() + ":" + before);
+    EXPECT_EQ(exportTo(disk.path() / "out").fault, LibraryExportFault::failed);
+    Glib::setenv("PATH", before);
+    EXPECT_THAT(entriesOf(disk.path()), ElementsAre("bin"));
 }
 
 TEST_F(LibraryExporterTest, NamesAttachmentsThatAreLost) {

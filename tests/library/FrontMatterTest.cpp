@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace corvel {
 namespace {
 
@@ -75,6 +77,34 @@ TEST(FrontMatter, IsNotFoundInTextsThatOnlyLookLikeIt) {
                      std::string("---\na: [b\n---\n"), std::string("---\n*a\n---\n"), deep,
                      std::string("---"), std::string()})
         EXPECT_FALSE(frontMatterOf(text)) << text.substr(0, 40);
+}
+
+// Each is as long as a block may be; the limit of time is the test runner's.
+TEST(FrontMatter, ReadsWhatIsMadeToHurtInNoTime) {
+    const auto repeated = [](std::string head, const std::string& piece, const std::string& tail) {
+        while (head.size() < 1'000'000)
+            head += piece;
+        return "---\ncorvel: 1\n" + head + tail + "\n---\n";
+    };
+    std::string bomb = "a: &a0 [x, x]\n";
+    for (int i = 1; i < 40; ++i) {
+        const auto number = [](int n) { return std::to_string(n); };
+        bomb += "b" + number(i) + ": &a" + number(i);
+        bomb += " [*a" + number(i - 1) + ", *a" + number(i - 1) + "]\n";
+    }
+    for (const auto& text :
+         {repeated("tags: [", "a, ", "]"), repeated("", "title: x\n", ""),
+          repeated("tags: ", "- ", "x"), repeated("tags: ", "{a: ", ""), repeated("", "? ", ""),
+          repeated("tags: ", "!t ", "x"), repeated("tags: \"", "\\u0000", "\""),
+          repeated("title: ", "x\n ", ""), repeated("tags: [", "&a x, *a, ", "]"),
+          repeated("tags: &a [", "*a, ", "]"), repeated("", "#\n", "pinned: true"),
+          "---\ncorvel: 1\n" + bomb + "tags: *a39\n---\n"}) {
+        const auto start = std::chrono::steady_clock::now();
+        const auto found = frontMatterOf(text);
+        if (found) EXPECT_LE(found->values.tags.size(), 1'000'000U);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10))
+            << text.substr(0, 60);
+    }
 }
 
 TEST(FrontMatter, TakesValuesOfAWrongKindForAbsent) {
