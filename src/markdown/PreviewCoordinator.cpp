@@ -199,13 +199,17 @@ void PreviewCoordinator::startWaiting() {
             patienceEnded();
             return false;
         },
-        static_cast<unsigned>(m_patience.count()));
+        static_cast<unsigned>((m_isSecondTry ? 2 * m_patience : m_patience).count()));
 }
 
+// A busy machine keeps a harmless page waiting as well, so the reader gets the plain text for now
+// and the page once more the time that it needs.
 void PreviewCoordinator::patienceEnded() {
     logLine("JS update failed: the page does not answer");
     m_view.terminate();
-    giveUp();
+    const bool isFirstTry = !m_isSecondTry;
+    tryAgainInFreshPage();
+    if (isFirstTry) m_unavailable.emit();
 }
 
 void PreviewCoordinator::giveUp() {

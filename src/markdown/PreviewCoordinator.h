@@ -21,7 +21,8 @@ namespace corvel {
 /// more in a fresh page.
 class PreviewCoordinator : public std::enable_shared_from_this<PreviewCoordinator> {
 public:
-    /// How long the page may take for one answer before its process is ended.
+    /// How long the page may take for one answer before its process is ended; twice as long when
+    /// the body is tried for the second time.
     static constexpr std::chrono::milliseconds kPatience{8000};
     /// Bytes of body from which on only the changed blocks are pushed.
     static constexpr std::size_t kLongBody = std::size_t{64} * 1024;
@@ -42,7 +43,7 @@ public:
 
     /// The newest body is on display.
     sigc::signal<void()>& signalShown() { return m_shown; }
-    /// The newest body cannot be shown.
+    /// The newest body cannot be shown, or not yet: `signalShown` may still follow.
     sigc::signal<void()>& signalUnavailable() { return m_unavailable; }
     sigc::signal<void(double)>& signalScrollChanged() { return m_scrollChanged; }
     /// A link that the system is to open: http, https or mailto.

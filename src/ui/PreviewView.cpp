@@ -171,7 +171,9 @@ void PreviewView::showWebPage() {
 
 void PreviewView::showPlainText() {
     const std::string text = m_markdown.size() > kMostMarkdown ? "" : text::repaired(m_markdown);
-    m_plainText.get_buffer()->set_text(text);
+    // What is being read stays where it is.
+    auto& buffer = *m_plainText.get_buffer();
+    if (buffer.get_text().raw() != text) buffer.set_text(text);
     m_stack.set_visible_child(kPlainPage);
     relabel();
 }

@@ -52,17 +52,29 @@ private:
 
 class PreviewCoordinatorTest : public testing::Test {
 protected:
-    PreviewCoordinatorTest() {
-        coordinator->signalShown().connect([this] { ++shown; });
-        coordinator->signalUnavailable().connect([this] { ++unavailable; });
-        coordinator->signalLinkOpened().connect([this](auto& url) { opened.push_back(url); });
-    }
+    PreviewCoordinatorTest() { listen(); }
 
     void showLoaded(const std::string& body) {
         coordinator->show("css", body);
         view.signalLoaded().emit();
         view.answer();
         view.takeScripts();
+    }
+
+    void listen() {
+        coordinator->signalShown().connect([this] { ++shown; });
+        coordinator->signalUnavailable().connect([this] { ++unavailable; });
+        coordinator->signalLinkOpened().connect([this](auto& url) { opened.push_back(url); });
+    }
+
+    void beImpatient() {
+        coordinator = PreviewCoordinator::create(view, std::chrono::milliseconds(20));
+        listen();
+    }
+
+    void waitForUnavailable(int times) {
+        while (unavailable < times)
+            Glib::MainContext::get_default()->iteration(true);
     }
 
     FakeWebView view;
@@ -164,17 +176,38 @@ TEST_F(PreviewCoordinatorTest, ShowsABodyThatEndsTheProcessTwiceAtMost) {
     EXPECT_EQ(unavailable, 1);
 }
 
-TEST_F(PreviewCoordinatorTest, EndsAProcessThatDoesNotAnswer) {
-    coordinator = PreviewCoordinator::create(view, std::chrono::milliseconds(20));
-    coordinator->signalUnavailable().connect([this] { ++unavailable; });
+TEST_F(PreviewCoordinatorTest, EndsAProcessThatDoesNotAnswerAndTriesItsBodyOnceMore) {
+    beImpatient();
     showLoaded("good");
-    coordinator->show("css", "endless");
-    while (unavailable == 0)
-        Glib::MainContext::get_default()->iteration(true);
+    coordinator->show("css", "slow");
+    waitForUnavailable(1);
     EXPECT_EQ(view.terminations, 1);
-    EXPECT_EQ(view.pages.size(), 1U);
-    view.answer();  // too late
-    EXPECT_EQ(unavailable, 1);
+    EXPECT_EQ(view.pages.size(), 2U);
+    view.answer();  // of the page that is gone
+    EXPECT_EQ(shown, 1);
+    view.signalLoaded().emit();
+    view.answer();
+    EXPECT_THAT(view.takeScripts(), ElementsAre(update("slow"), update("slow")));
+    EXPECT_EQ(shown, 2) << "the machine was busy, nothing else";
+
+    coordinator->show("css", "endless");
+    waitForUnavailable(2);
+    view.signalLoaded().emit();
+    waitForUnavailable(3);
+    EXPECT_EQ(view.terminations, 3);
+    coordinator->show("css", "endless");
+    EXPECT_EQ(view.pages.size(), 3U) << "given up";
+    EXPECT_EQ(unavailable, 4);
+}
+
+TEST_F(PreviewCoordinatorTest, TriesAPageThatIsLateToLoadOnceMore) {
+    beImpatient();
+    coordinator->show("css", "body");
+    waitForUnavailable(1);
+    EXPECT_EQ(view.pages.size(), 2U);
+    view.signalLoaded().emit();
+    view.answer();
+    EXPECT_EQ(shown, 1);
 }
 
 TEST_F(PreviewCoordinatorTest, FollowsLinksByTheirFragmentAndHandsOthersToTheSystem) {
