@@ -1,6 +1,8 @@
 #include "markdown/MarkdownPlainTextRenderer.h"
 
+#include "markdown/HtmlWords.h"
 #include "platform/Handle.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -52,7 +54,8 @@ std::string MarkdownPlainTextRenderer::render(std::string_view markdown) {
     const Handle<cmark_iter, cmark_iter_free> walk{cmark_iter_new(tree.root())};
     for (;;) {
         const cmark_event_type event = cmark_iter_next(walk.get());
-        if (event == CMARK_EVENT_DONE) return m_lines.take();
+        // The parser turns references to U+FFFE and U+FFFF into bytes that are no UTF-8.
+        if (event == CMARK_EVENT_DONE) return text::repaired(m_lines.take());
         cmark_node* node = cmark_iter_get_node(walk.get());
         if (event == CMARK_EVENT_ENTER) {
             enter(node);
@@ -75,7 +78,7 @@ void MarkdownPlainTextRenderer::enter(cmark_node* node) {
             m_inline += '\n';
             return;
         case CMARK_NODE_HTML_INLINE:
-            return addHtml(viewOf(node->as.literal));
+            return appendHtmlWords(m_inline, viewOf(node->as.literal));
         case CMARK_NODE_LINK:
             return m_linkStarts.push_back(m_inline.size());
         case CMARK_NODE_HEADING:
@@ -93,7 +96,7 @@ void MarkdownPlainTextRenderer::enter(cmark_node* node) {
             if (m_inline.ends_with('\n')) m_inline.pop_back();
             return writeBlock(true);
         case CMARK_NODE_HTML_BLOCK:
-            addHtml(viewOf(node->as.literal));
+            appendHtmlWords(m_inline, viewOf(node->as.literal));
             m_inline = trimmed(m_inline);
             if (!m_inline.empty()) writeBlock(true);
             return;
@@ -163,19 +166,6 @@ void MarkdownPlainTextRenderer::closeLink(const cmark_node* link) {
         address == text || (address.starts_with("mailto:") && address.substr(7) == text);
     if (isSame || address.empty() || address.starts_with('#')) return;
     m_inline.append(" (").append(address).append(")");
-}
-
-// The words between tags are the note's; a line break is one.
-void MarkdownPlainTextRenderer::addHtml(std::string_view html) {
-    while (!html.empty()) {
-        const std::size_t open = std::min(html.find('<'), html.size());
-        m_inline += html.substr(0, open);
-        html.remove_prefix(open);
-        if (html.starts_with("<br")) m_inline += '\n';
-        const std::string_view closing = html.starts_with("<!--") ? "-->" : ">";
-        const std::size_t close = html.find(closing);
-        html.remove_prefix(close == std::string_view::npos ? html.size() : close + closing.size());
-    }
 }
 
 void MarkdownPlainTextRenderer::writeBlock(bool isFollowedApart) {

@@ -32,7 +32,6 @@ private:
     void leaveExtended(const cmark_node* node);
     void openItem(const cmark_node* item);
     void closeLink(const cmark_node* link);
-    void addHtml(std::string_view html);
     void writeBlock(bool isFollowedApart);
 
     Links m_links;

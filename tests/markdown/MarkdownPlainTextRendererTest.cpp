@@ -28,6 +28,20 @@ TEST(MarkdownPlainTextRenderer, LeavesAddressesOutUnlessAskedFor) {
     EXPECT_EQ(textOf("<!-- nothing -->"), "");
 }
 
+TEST(MarkdownPlainTextRenderer, WritesTheWordsOfRawHtmlAsTheyAreSeen) {
+    EXPECT_EQ(textOf("<table><tr><td>a<td>b</tr>\n<TR><th>c</th><th>d</th></TR></table>"),
+              "a  b\nc  d\n");
+    EXPECT_EQ(textOf("<ul><li>one<li>two</ul><p>three<br>four"), "one\ntwo\nthree\nfour\n");
+    EXPECT_EQ(textOf("<script>if (a < b) alert()</SCRIPT>\n\n<style>p { }</style>\n\nend"),
+              "end\n");
+    EXPECT_EQ(textOf("a <b>bold</b> word, 1 < 2, H<sub>2</sub>O"), "a bold word, 1 < 2, H2O\n");
+    EXPECT_EQ(textOf("<style>never ended"), "");
+}
+
+TEST(MarkdownPlainTextRenderer, ReferencesToNoCharacterLeaveText) {
+    EXPECT_EQ(textOf("a &#xFFFE; b &#xFFFF; c"), "a \uFFFD b \uFFFD c\n");
+}
+
 // Depth and width of a hostile note must neither exhaust the stack nor blow up the text.
 TEST(MarkdownPlainTextRenderer, NestingAndWideTablesCostNoMoreThanTheirText) {
     const std::clock_t start = std::clock();
