@@ -143,6 +143,20 @@ TEST_F(PDFExporterTest, ShowsPicturesAndKeepsHeadingsWithTheirText) {
     }
 }
 
+TEST_F(PDFExporterTest, LinksLeadToAnchorsOfRawHtml) {
+    std::string text = "[empty](#x) [named](#n) [top](#) [inline](#s)\n\n[lost](#none)\n\n";
+    for (int i = 0; i < 32; ++i)
+        text += "line\n\n";
+    text += "<a id=\"x\"></a>\n\n<a name=\"n\"></a> <span id=\"s\">words</span>\n\n[again](#x)\n";
+    const auto file = exported("", text).string();
+    const std::string pages = outputOf("pdftohtml -xml -stdout -i " + file);
+    for (const char* link :
+         {"#2\">empty<", "#2\">named<", "#1\">top<", "#2\">inline<", "#2\">again<"})
+        EXPECT_NE(pages.find(link), std::string::npos) << link << "\n" << pages;
+    EXPECT_EQ(pages.find(">lost</a>"), std::string::npos);
+    EXPECT_NE(outputOf("pdfinfo " + file).find("Pages:           2\n"), std::string::npos);
+}
+
 TEST_F(PDFExporterTest, UsesThePaperThatIsAskedFor) {
     const std::string a5 =
         outputOf("pdfinfo " + exported("", "x", {.pageSize = PageSize::a5}).string());

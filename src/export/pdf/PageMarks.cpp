@@ -42,6 +42,16 @@ const mark = (element, record) => {
     }
     marks.push(record);
 };
+// A target without a box of its own, as an empty anchor is, is marked by one before it.
+const visible = target => {
+    const isSeen = box => box.width > 0 && box.height > 0;
+    if (seen.has(target) || Array.from(target.getClientRects()).some(isSeen)) return target;
+    const place = document.createElement('span');
+    place.style.cssText = 'position: absolute; width: 1px; height: 1em';
+    target.before(place);
+    seen.add(target);
+    return place;
+};
 for (const heading of document.querySelectorAll('h1,h2,h3,h4,h5,h6')) {
     const text = heading.textContent.replace(/\s+/g, ' ').trim();
     mark(heading, {id: heading.id, level: Number(heading.localName[1]), text});
@@ -52,8 +62,8 @@ for (const link of document.querySelectorAll('a[href]')) {
     if (!href.startsWith('#')) continue;
     let id = href.substring(1);
     try { id = decodeURIComponent(id); } catch (error) {}
-    const target = id && document.getElementById(id);
-    if (target) mark(target, {id});
+    const target = id && (document.getElementById(id) || document.getElementsByName(id)[0]);
+    if (target) mark(visible(target), {id});
 }
 return JSON.stringify(marks);
 )js";

@@ -104,7 +104,13 @@ void PdfFinisher::addLink(const MarkPlace& place, const PageMark& mark) {
 
 QPDFObjectHandle PdfFinisher::destinationOf(const std::string& id) {
     const auto target = m_targets.find(id);
-    return target == m_targets.end() ? Object() : destination(m_firstPlaces.at(target->second));
+    if (target != m_targets.end()) return destination(m_firstPlaces.at(target->second));
+    const bool isTop = id.empty() || id == "top";  // as in every browser
+    return isTop ? destination(top()) : Object();
+}
+
+MarkPlace PdfFinisher::top() {
+    return {0, 0, m_pages.front().getMediaBox().getArrayAsRectangle()};
 }
 
 QPDFObjectHandle PdfFinisher::destination(const MarkPlace& place) {

@@ -37,6 +37,7 @@ public:
 private:
     void addLink(const MarkPlace& place, const PageMark& mark);
     QPDFObjectHandle destination(const MarkPlace& place);
+    MarkPlace top();
     QPDFObjectHandle destinationOf(const std::string& id);
     void addOutline(const std::vector<PageMark>& marks);
 
