@@ -24,7 +24,7 @@ fs::path pathInLibrary(const std::string& told) {
     if (told.size() > kLongestPath) return {};
     auto path = fs::path(told).relative_path().lexically_normal();
     if (!path.has_filename()) path = path.parent_path();
-    return path == "." || *path.begin() == ".." ? fs::path() : path;
+    return path.empty() || path == "." || *path.begin() == ".." ? fs::path() : path;
 }
 
 }  // namespace
