@@ -1,6 +1,7 @@
 // What a piece of a reply costs the main loop, in a short reply and in a long one; how long the
 // loop is busy at a time while 10,000 pieces come in a second; and what comparing two texts takes.
-// The web view is one that answers at once: its work is done in another process. Ratios count.
+// The web view is one that answers at once: its work is done in another process. Times are those of
+// this thread alone, as the machine may be shared; ratios count.
 #include "app/assistant/MessageFeed.h"
 #include "app/editing/TextDifference.h"
 
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <random>
 #include <string>
 #include <vector>
@@ -23,6 +25,13 @@ double microsecondsSince(Clock::time_point start) {
     return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
 }
 
+/// Of this thread's own time, in microseconds.
+double ownTime() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return 1e6 * static_cast<double>(now.tv_sec) + 1e-3 * static_cast<double>(now.tv_nsec);
+}
+
 double median(std::vector<double> times) {
     std::ranges::sort(times);
     return times[times.size() / 2];
@@ -34,6 +43,7 @@ public:
         Glib::signal_idle().connect_once([this] { m_loaded.emit(); });
     }
     void evaluate(const std::string&, Evaluated done) override {
+        ++scripts;
         Glib::signal_idle().connect_once([done = std::move(done)] { done(std::nullopt); });
     }
     void terminate() override {}
@@ -42,26 +52,34 @@ public:
     sigc::signal<void(const std::string&)>& signalLinkActivated() override { return m_link; }
     sigc::signal<void()>& signalFailed() override { return m_failed; }
 
+    int scripts = 0;
+
 private:
     sigc::signal<void()> m_loaded;
     sigc::signal<void(const std::string&)> m_link;
     sigc::signal<void()> m_failed;
 };
 
-/// A reply of paragraphs that is `size` bytes long already.
+/// A reply that is `size` bytes long already, all of them shown.
 class Reply {
 public:
-    explicit Reply(std::size_t size) {
+    enum class Shape { paragraphs, oneParagraph };
+
+    Reply(std::size_t size, Shape shape) : m_shape(shape) {
         m_messages.resize(1);
         m_messages[0].role = AIMessage::Role::assistant;
         m_messages[0].isStreaming = true;
         m_feed.show("", {});
         while (m_messages[0].content.size() < size)
             add();
-        turn(300);
+        for (int before = -1; before != m_view.scripts;) {
+            before = m_view.scripts;
+            turn(200);
+        }
     }
     void add() {
-        const std::string piece = ++m_count % 40 == 0 ? "end.\n\n" : "a word ";
+        const bool ends = ++m_count % 40 == 0 && m_shape == Shape::paragraphs;
+        const std::string piece = ends ? "end.\n\n" : "a word ";
         m_messages[0].content += piece;
         m_feed.append(piece);
     }
@@ -72,15 +90,25 @@ public:
         double longest = 0;
         double busy = 0;
         while (microsecondsSince(start) < milliseconds * 1000.0) {
-            const auto begun = Clock::now();
+            const double begun = ownTime();
             if (!context->iteration(false)) continue;
-            busy += microsecondsSince(begun);
-            longest = std::max(longest, microsecondsSince(begun));
+            busy += ownTime() - begun;
+            longest = std::max(longest, ownTime() - begun);
         }
         return {longest, busy};
     }
 
+    /// The longest turn of the loop when the reply ends.
+    double end() {
+        m_messages[0].isStreaming = false;
+        const double begun = ownTime();
+        m_feed.sync();
+        const double syncing = ownTime() - begun;
+        return std::max(syncing, turn(1000).first);
+    }
+
 private:
+    Shape m_shape;
     std::vector<AIMessage> m_messages;
     QuickView m_view;
     MessageFeed m_feed{m_view, [this]() -> const std::vector<AIMessage>& { return m_messages; },
@@ -89,31 +117,36 @@ private:
 };
 
 /// Microseconds of a piece with all that follows from it, when 1,000 come in a second.
-double pieceCost(std::size_t size) {
-    Reply reply(size);
+double pieceCost(std::size_t size, Reply::Shape shape) {
+    Reply reply(size, shape);
     std::vector<double> costs;
     for (int round = 0; round < 15; ++round) {
-        const auto start = Clock::now();
+        const double start = ownTime();
         for (int i = 0; i < 50; ++i)
             reply.add();
-        const double adding = microsecondsSince(start);
+        const double adding = ownTime() - start;
         costs.push_back((adding + reply.turn(50).second) / 50);
     }
     return median(costs);
 }
 
-void flood(std::size_t size) {
-    Reply reply(size);
+const char* nameOf(Reply::Shape shape) {
+    return shape == Reply::Shape::paragraphs ? "" : " in one paragraph";
+}
+
+void flood(std::size_t size, Reply::Shape shape) {
+    Reply reply(size, shape);
     double longest = 0;
     for (int frame = 0; frame < 300; ++frame) {
-        const auto start = Clock::now();
+        const double start = ownTime();
         for (int i = 0; i < 100; ++i)
             reply.add();
-        longest = std::max(longest, microsecondsSince(start));
+        longest = std::max(longest, ownTime() - start);
         longest = std::max(longest, reply.turn(10).first);
     }
-    std::printf("10,000 pieces a second for 3 s behind %4zu KB: longest slice %6.2f ms\n",
-                size / 1024, longest / 1000);
+    std::printf("10,000 pieces a second for 3 s behind %4zu KB%s: longest slice %6.2f ms, ",
+                size / 1024, nameOf(shape), longest / 1000);
+    std::printf("at the end %6.2f ms\n", reply.end() / 1000);
 }
 
 void compare(const char* name, const std::string& before, const std::string& after) {
@@ -152,15 +185,22 @@ void compareAll() {
 int main() {
     Glib::init();
     using namespace corvel;
-    const double small = pieceCost(1024);
-    for (const std::size_t size :
-         {std::size_t{1024}, std::size_t{100 * 1024}, std::size_t{1024 * 1024}}) {
-        const double cost = size == 1024 ? small : pieceCost(size);
-        std::printf("a piece behind %4zu KB: %6.2f us, %4.2f times that behind 1 KB\n", size / 1024,
-                    cost, cost / small);
-    }
-    flood(1024);
-    flood(100 * 1024);
+    constexpr std::size_t kKilobyte = 1024;
+    constexpr auto kParagraphs = Reply::Shape::paragraphs;
+    constexpr auto kOneParagraph = Reply::Shape::oneParagraph;
+    const double small = pieceCost(kKilobyte, kParagraphs);
+    const auto show = [small](std::size_t size, Reply::Shape shape) {
+        const double cost = pieceCost(size, shape);
+        std::printf("a piece behind %4zu KB%s: %6.2f us, %4.2f times that behind 1 KB\n",
+                    size / kKilobyte, nameOf(shape), cost, cost / small);
+    };
+    for (const std::size_t size : {1, 100, 1000})
+        show(size * kKilobyte, kParagraphs);
+    for (const std::size_t size : {100, 1000})
+        show(size * kKilobyte, kOneParagraph);
+    for (const std::size_t size : {1, 100, 1000})
+        flood(size * kKilobyte, kParagraphs);
+    flood(900 * kKilobyte, kOneParagraph);
     compareAll();
     return 0;
 }

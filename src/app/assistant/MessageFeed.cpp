@@ -212,14 +212,16 @@ void MessageFeed::pushNew(Entry& entry) {
 }
 
 void MessageFeed::pushGrown(Entry& entry) {
-    entry.hasGrown = false;
     m_isBusy = true;
     std::string ended = entry.blocks.takeEnded(kMostEnded);
+    entry.hasGrown = entry.blocks.hasEnded();
+    const bool isSame = ended.empty() && entry.isOpenFull;
+    if (isSame || entry.shownBytes > kMostShown) return push({});
+    entry.isOpenFull = entry.blocks.open().size() > kMostOpen;
     std::string open(text::prefixByBytes(entry.blocks.open(), kMostOpen));
-    if (entry.shown.size() > kMostShown) return push({});
     render(ended, [this, id = entry.id, open = std::move(open)](std::string body) {
         render(open, [this, id, ended = std::move(body)](const std::string& tail) {
-            if (auto* grown = entryOf(id)) grown->shown += ended;
+            if (auto* grown = entryOf(id)) grown->shownBytes += ended.size();
             push(MessagePage::growScript(id, ended, tail));
         });
     });
@@ -230,7 +232,7 @@ void MessageFeed::pushGrown(Entry& entry) {
 void MessageFeed::pushWhole(Entry& entry) {
     const auto* message = messageOf(entry.id);
     if (message == nullptr) return;
-    const bool wasGrowing = !entry.shown.empty();
+    const bool wasGrowing = entry.shownBytes > 0;
     if (wasGrowing && message->content.size() > kMostWhole) {
         std::string rest = entry.blocks.takeEnded(kMostEnded);
         const bool isLast = rest.empty();
@@ -244,7 +246,7 @@ void MessageFeed::pushWhole(Entry& entry) {
     }
     m_isBusy = true;
     entry.isStale = false;
-    entry.shown = {};
+    entry.shownBytes = 0;
     const std::string shown(text::prefixByBytes(message->content, kMostShown));
     render(shown, [this, id = entry.id](const std::string& body) {
         push(MessagePage::wholeScript(id, body) + MessagePage::stateScript(id, false));

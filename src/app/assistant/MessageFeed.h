@@ -66,7 +66,8 @@ private:
         bool isStale = true;       // its whole text has to be pushed
         bool hasGrown = false;
         ReplyBlocks blocks;
-        std::string shown;  // the body of what has ended, while it grows
+        std::size_t shownBytes = 0;  // of the body of what has ended, while it grows
+        bool isOpenFull = false;     // as much of the open block is shown as ever will be
     };
 
     void load();

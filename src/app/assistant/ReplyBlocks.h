@@ -20,6 +20,8 @@ public:
     /// What has ended since the last call, at most about `limit` bytes of it; empty when nothing
     /// has.
     std::string takeEnded(std::size_t limit);
+    /// Whether that would give something.
+    bool hasEnded() const { return !m_ends.empty(); }
     /// What may still change, behind all that has ended.
     std::string_view open() const;
 

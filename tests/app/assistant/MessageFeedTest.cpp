@@ -131,6 +131,34 @@ TEST_F(MessageFeedTest, TellsThePageLittleOfManyPieces) {
     EXPECT_LT(pushed, 3 * sent);
 }
 
+TEST_F(MessageFeedTest, ShowsAllOfABurstAlsoWhenNothingFollows) {
+    add(AIMessage::Role::assistant, "", true);
+    std::string burst;
+    for (int number = 0; number < 20'000; ++number)
+        burst += "paragraph " + std::to_string(number) + "\n\n";
+    piece(burst + "and the rest");
+    for (const char* part : {"<p>paragraph 0<", "<p>paragraph 12345<", "<p>paragraph 19999<"}) {
+        EXPECT_TRUE(turnUntil([&] { return view.joined().find(part) != std::string::npos; }))
+            << part;
+    }
+}
+
+// Of a block without an end only so much is shown before it ends, and that not again and again.
+TEST_F(MessageFeedTest, AHugeBlockIsNotShownAnewWithEveryPiece) {
+    add(AIMessage::Role::assistant, "", true);
+    piece(std::string(200'000, 'x'));
+    ASSERT_TRUE(turnUntil([&] { return view.joined().size() > 90'000; }));
+    std::size_t count = view.scripts.size();
+    for (int i = 0; i < 5; ++i) {
+        piece(" more");
+        ASSERT_TRUE(turnUntil([&] { return view.scripts.size() > count; }));
+        count = view.scripts.size();
+    }
+    EXPECT_LT(view.joined().size(), 120'000U);
+    end();
+    EXPECT_THAT(view.joined(), HasSubstr("more more more more more"));
+}
+
 TEST_F(MessageFeedTest, TakesFromThePageOnlyWhatItMayAsk) {
     const auto user = add(AIMessage::Role::user, "question").id;
     const auto reply = add(AIMessage::Role::assistant, "answer").id;
