@@ -1,6 +1,7 @@
 #include "ai/KeychainService.h"
 #include "support/Keyring.h"
 #include "support/MainLoop.h"
+#include "support/RefusingKeyring.h"
 #include "support/SessionBus.h"
 
 #include <gmock/gmock.h>
@@ -100,6 +101,21 @@ TEST_F(KeychainServiceTest, ALockedKeyringThatStaysLockedLosesNothing) {
     ASSERT_TRUE(error);
     EXPECT_TRUE(error->isLocked()) << error->status;
     EXPECT_FALSE(error->isServiceMissing());
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::stored);
+}
+
+TEST_F(KeychainServiceTest, AUserWhoRefusesToOpenTheKeyringIsAskedOnceAndLosesNothing) {
+    const RefusingKeyring keyring;
+    EXPECT_EQ(state(AIProviderType::claude), KeyState::stored);
+    EXPECT_EQ(keyring.refusals(), 0) << "known without opening it";
+    EXPECT_EQ(key(AIProviderType::claude), std::nullopt);
+    EXPECT_EQ(keyring.refusals(), 1);
+    const auto error = save("second", AIProviderType::claude);
+    ASSERT_TRUE(error);
+    EXPECT_TRUE(error->isLocked()) << error->status;
+    EXPECT_FALSE(error->isServiceMissing());
+    EXPECT_EQ(keyring.refusals(), 2);
+    remove(AIProviderType::claude);
     EXPECT_EQ(state(AIProviderType::claude), KeyState::stored);
 }
 

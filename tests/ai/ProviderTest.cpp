@@ -122,6 +122,26 @@ TEST_F(ProviderTest, AReplyThatBreaksOffEndsWithTheReason) {
     EXPECT_THAT(reply.error->description(settings.texts), HasSubstr("cannot be reached"));
 }
 
+// However long it takes in all: only silence ends a reply.
+TEST_F(ProviderTest, AReplyThatTricklesArrivesWhole) {
+    const HttpClient impatient(HttpClient::Limits{1s});
+    const ClaudeProvider provider({impatient, server.url()}, "key", "m");
+    const std::string head = "HTTP/1.1 200 OK\r\n\r\n";
+    const auto event = [](const std::string& text) {
+        return "data: {\"type\":\"content_block_delta\",\"delta\":{\"text\":\"" + text + "\"}}\n";
+    };
+    const std::string slow = event("one") + event("two");
+    server.answer({slow, 1, 1, head, true, 12ms});
+    const auto start = std::chrono::steady_clock::now();
+    const auto reply = ask(provider, {message(Role::user, "Hi")});
+    EXPECT_EQ(reply.text, "onetwo");
+    EXPECT_FALSE(reply.error);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, 1s) << "longer than the longest silence";
+
+    server.answer({event(std::string(200, 'x')), 256, 50, head, true, 20ms});
+    EXPECT_EQ(ask(provider, {message(Role::user, "Hi")}).text.size(), 10'000U) << "10 KB a second";
+}
+
 TEST_F(ProviderTest, AStreamThatIsLetGoStopsTheServer) {
     server.answer({"data: {\"choices\":[{\"delta\":{\"content\":\"x\"}}]}\n", 65536, 100'000'000,
                    "HTTP/1.1 200 OK\r\n\r\n"});

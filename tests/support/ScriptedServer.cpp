@@ -8,6 +8,7 @@
 #include <giomm/tcpconnection.h>
 #include <giomm/tlsserverconnection.h>
 #include <giomm/tlsserverconnectionimpl.h>
+#include <glibmm/main.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
@@ -112,7 +113,12 @@ private:
             if (m_cancellable->is_cancelled()) return;
             m_server.m_sentBytes += static_cast<std::size_t>(count);
             m_rest.erase(0, static_cast<std::size_t>(count));
-            write();
+            if (m_answer.pace.count() == 0) return write();
+            Glib::signal_timeout().connect_once(
+                [self = shared_from_this()] {
+                    if (!self->m_cancellable->is_cancelled()) self->write();
+                },
+                static_cast<unsigned>(m_answer.pace.count()));
         } catch (const Glib::Error&) {
             // The other side has gone, which reading tells as well.
         }

@@ -3,6 +3,7 @@
 #include <giomm/socketservice.h>
 #include <giomm/tlscertificate.h>
 
+#include <chrono>
 #include <cstddef>
 #include <list>
 #include <memory>
@@ -21,7 +22,8 @@ public:
         std::size_t chunk = 65536;  ///< bytes of each write
         std::size_t times = 1;      ///< how often `bytes` is sent, after `head`
         std::string head = {};
-        bool closes = true;  ///< afterwards; else the server falls silent
+        bool closes = true;                 ///< afterwards; else the server falls silent
+        std::chrono::milliseconds pace{0};  ///< between two writes
     };
 
     /// With a certificate it expects TLS.
