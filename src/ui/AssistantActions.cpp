@@ -4,6 +4,8 @@
 #include "app/texts/AssistantPanelTexts.h"
 #include "ui/Accessible.h"
 
+#include <gtkmm/root.h>
+
 namespace corvel {
 
 namespace {
@@ -85,10 +87,16 @@ Gtk::Button& AssistantActions::addButton(Gtk::Grid& grid, std::size_t index, con
 
 void AssistantActions::changed(AIAssistantViewModel::Property property) {
     using Changed = AIAssistantViewModel::Property;
+    const auto* root = get_root();
+    const auto* focus = root == nullptr ? nullptr : root->get_focus();
+    const bool hadFocus = focus != nullptr && focus->is_ancestor(*this);
     m_result.changed(property);
     const bool begins =
         property == Changed::quickActionResult && m_assistant.isQuickActionStreaming();
-    if (begins) set_visible_child(kResultPage);
+    if (begins) {
+        set_visible_child(kResultPage);
+        if (hadFocus) m_result.focusButton();
+    }
     if (property == Changed::context || property == Changed::quickActionResult ||
         property == Changed::isQuickActionStreaming) {
         refresh();

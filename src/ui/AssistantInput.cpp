@@ -87,7 +87,9 @@ void AssistantInput::showButton() {
     const bool isEmpty = m_text.get_buffer()->get_char_count() == 0;
     m_placeholder.set_visible(isEmpty);
     m_button.set_icon_name(m_isStreaming ? "media-playback-stop-symbolic" : "corvel-send-symbolic");
-    m_button.set_sensitive(m_isStreaming || !isEmpty);
+    const bool isUsable = m_isStreaming || !isEmpty;
+    if (!isUsable && m_button.is_focus()) m_text.grab_focus();
+    m_button.set_sensitive(isUsable);
     if (m_isStreaming) {
         m_button.remove_css_class("suggested-action");
     } else {

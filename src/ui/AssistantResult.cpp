@@ -122,7 +122,6 @@ void AssistantResult::changed(AIAssistantViewModel::Property property) {
 }
 
 void AssistantResult::refresh() {
-    const bool isStreaming = m_assistant.isQuickActionStreaming();
     const bool isComplete = m_assistant.isQuickActionComplete();
     const auto& original = m_assistant.quickActionOriginal();
     m_originalExpander.set_visible(original.has_value());
@@ -134,11 +133,25 @@ void AssistantResult::refresh() {
                            m_assistant.quickActionResult());
     }
     m_stack.set_visible_child(showsDifferences ? kDifferencesPage : kTextPage);
+    showButtons();
+}
+
+void AssistantResult::showButtons() {
+    const bool isStreaming = m_assistant.isQuickActionStreaming();
+    const bool hadFocus = m_apply.is_focus() || m_copy.is_focus() || m_stop.is_focus();
     const auto* label = applyLabel();
-    m_apply.set_visible(isComplete && label != nullptr);
+    m_apply.set_visible(m_assistant.isQuickActionComplete() && label != nullptr);
     if (label != nullptr) m_apply.set_label(m_session.texts(*label));
     m_copy.set_visible(!isStreaming && !m_assistant.quickActionResult().empty());
     m_stop.set_visible(isStreaming);
+    const bool hasFocus = m_apply.is_focus() || m_copy.is_focus() || m_stop.is_focus();
+    if (hadFocus && !hasFocus) focusButton();
+}
+
+void AssistantResult::focusButton() {
+    for (auto* button : {&m_stop, &m_apply, &m_copy, &m_backButton}) {
+        if (button->get_visible() && button->grab_focus()) return;
+    }
 }
 
 void AssistantResult::relabel() {

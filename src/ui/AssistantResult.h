@@ -19,8 +19,11 @@ public:
 
     void changed(AIAssistantViewModel::Property property);
     void relabel();
+    /// The button that is most likely wanted now.
+    void focusButton();
     DifferenceView& differences() { return m_differences; }
     Gtk::Button& applyButton() { return m_apply; }
+    Gtk::Button& stopButton() { return m_stop; }
 
     sigc::signal<void()>& signalBack() { return m_back; }
     sigc::signal<void()>& signalCopied() { return m_copied; }
@@ -28,6 +31,7 @@ public:
 private:
     void build();
     void refresh();
+    void showButtons();
     bool replaces() const;
     const Text* applyLabel() const;
 

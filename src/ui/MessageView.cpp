@@ -39,6 +39,7 @@ h1 { font-size: 1.35em; } h2 { font-size: 1.2em; } h3 { font-size: 1.1em; }
 h1, h2 { border: none; padding: 0; }
 pre { padding: 8px 10px; }
 p, ul, ol, pre, table, blockquote, h1, h2, h3, h4, h5, h6 { margin: 0.5em 0; }
+blockquote > :first-child { margin-top: 0; } blockquote > :last-child { margin-bottom: 0; }
 ul, ol { padding-left: 1.5em; }
 table { display: block; overflow-x: auto; }
 .ended > div:first-child > :first-child, .open > div:first-child > :first-child { margin-top: 0; }

@@ -1,6 +1,7 @@
 #include "platform/gtk/TabPassage.h"
 
 #include <gdk/gdkkeysyms.h>
+#include <gtk/gtk.h>
 #include <gtkmm/root.h>
 
 namespace corvel {
