@@ -76,7 +76,7 @@ private:
     }
 
     bool advance() {
-        const bool isReadWhole = m_walker.isEmpty();
+        const bool isAllAdded = m_walker.isEmpty() && m_read.empty();
         if (!m_walker.hasFoundAll()) {
             find();
         } else if (m_batch.hasSaved()) {
@@ -87,15 +87,13 @@ private:
             makeFolders();
         } else if (m_batch.refusedCount() > 0) {
             retry();
-        } else if (m_batch.isFull()) {
+        } else if (m_batch.isFull() || (isAllAdded && m_batch.hasUnsaved())) {
             m_batch.save();
-        } else if (!isReadWhole && !isMuchRead()) {
+        } else if (!m_walker.isEmpty() && !isMuchRead()) {
             read();
         } else if (!m_read.empty()) {
             m_bytesRead = 0;
             m_batch.add(std::exchange(m_read, {}));
-        } else if (m_batch.hasUnsaved()) {
-            m_batch.save();
         } else if (!m_borrowed.empty()) {
             takeBorrowed();
         } else {
