@@ -101,7 +101,7 @@ TEST(FrontMatter, ReadsWhatIsMadeToHurtInNoTime) {
           "---\ncorvel: 1\n" + bomb + "tags: *a39\n---\n"}) {
         const auto start = std::chrono::steady_clock::now();
         const auto found = frontMatterOf(text);
-        if (found) EXPECT_LE(found->values.tags.size(), 1'000'000U);
+        EXPECT_LE(found ? found->values.tags.size() : 0, 1'000'000U);
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10))
             << text.substr(0, 60);
     }
