@@ -20,7 +20,7 @@ const Text& textOf(FileFault fault) {
         case FileFault::folder:
             return texts::faultFolder;
         case FileFault::notAFile:
-            return texts::faultNotAFile;
+            return texts::faultPipe;
         case FileFault::linkLoop:
             return texts::faultLinkLoop;
         case FileFault::tooLarge:

@@ -179,8 +179,7 @@ private:
                 auto* const waited = G_SUBPROCESS(source);
                 // Cancelled: the job may be gone.
                 if (g_subprocess_wait_finish(waited, result, nullptr) == FALSE) return;
-                static_cast<Job*>(data)->synchronised(g_subprocess_get_successful(waited) !=
-                                                      FALSE);
+                static_cast<Job*>(data)->synchronised(g_subprocess_get_successful(waited) != FALSE);
             },
             this);
     }

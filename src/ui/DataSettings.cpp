@@ -98,8 +98,6 @@ void DataSettings::addBackups() {
     now->signal_clicked().connect([this] { m_session.backups.backUpNow(); });
     m_labels.add(texts::backUpNow, [now](const auto& text) { now->set_label(text); });
     m_backups.setHeaderSuffix(*now);
-    m_warning.set_from_icon_name("dialog-warning-symbolic");
-    m_state.addPrefix(m_warning);
     m_bar.set_size_request(kBarWidth, -1);
     m_state.addSuffix(m_bar);
     m_cancel.signal_clicked().connect([this] { m_session.backups.cancelRestore(); });
@@ -145,7 +143,7 @@ void DataSettings::showState() {
         m_state.setSubtitle(say(texts::backupNoneDetail));
     }
     m_state.widget().set_visible(isWorking || isFault || m_shown.empty());
-    m_warning.set_visible(isFault);
+    m_state.setIcon(isFault ? "dialog-warning-symbolic" : nullptr);
     m_bar.set_visible(isWorking);
     m_cancel.set_visible(backups.isRestoring());
     for (auto* button : m_restoreButtons)

@@ -6,7 +6,6 @@
 #include "ui/SettingsRows.h"
 
 #include <gtkmm/button.h>
-#include <gtkmm/image.h>
 #include <gtkmm/progressbar.h>
 #include <gtkmm/window.h>
 
@@ -50,7 +49,6 @@ private:
     adw::PreferencesPage m_page;
     adw::PreferencesGroup m_backups;
     adw::ActionRow m_state;
-    Gtk::Image m_warning;
     Gtk::ProgressBar m_bar;
     Gtk::Button m_cancel;
     std::vector<BackupInfo> m_shown;

@@ -15,6 +15,9 @@ namespace corvel {
 
 namespace {
 
+constexpr std::size_t kNameBegin = 26;
+constexpr std::size_t kNameEnd = 12;
+
 void appendPath(FilePaths& paths, GFile* file) {
     const Handle<char, g_free> path(g_file_get_path(file));
     if (path) paths.emplace_back(path.get());
@@ -71,6 +74,12 @@ void showInFolder(const std::filesystem::path& path) {
             application->release();
         },
         "org.freedesktop.FileManager1", kPatience);
+}
+
+std::string shownName(const std::filesystem::path& path) {
+    const Glib::ustring name = Glib::filename_display_name(path.filename().string());
+    if (name.size() <= kNameBegin + kNameEnd + 1) return name;
+    return name.substr(0, kNameBegin) + "…" + name.substr(name.size() - kNameEnd);
 }
 
 Glib::RefPtr<Gtk::DropTarget> fileDropTarget(const std::function<void(const FilePaths&)>& dropped) {

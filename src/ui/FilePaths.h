@@ -15,6 +15,9 @@ using FilePaths = std::vector<std::filesystem::path>;
 /// The chosen files that lie on this machine.
 FilePaths chosenFiles(const Gtk::FileChooserNative& chooser);
 
+/// The name of a file for headings and messages: a long one has its middle cut out.
+std::string shownName(const std::filesystem::path& path);
+
 /// Opens a file or folder with the program the desktop has for it.
 void openInDesktop(const std::filesystem::path& path);
 

@@ -3,6 +3,7 @@
 #include "app/LinkFaultText.h"
 #include "app/texts/LinkedFileTexts.h"
 #include "ui/Accessible.h"
+#include "ui/FilePaths.h"
 
 #include <glibmm/convert.h>
 #include <glibmm/main.h>
@@ -45,7 +46,7 @@ LinkedFileBar::LinkedFileBar(Session& session, Callbacks callbacks)
 std::string LinkedFileBar::message() const {
     const auto& say = m_session.texts;
     const auto& state = m_session.linkedFile.state();
-    const std::string name = Glib::filename_display_name(state.path.filename().string());
+    const std::string name = shownName(state.path);
     const std::string reason = state.error ? reasonOf(*state.error, say) : std::string();
     switch (state.kind) {
         case LinkState::Kind::conflict:
@@ -108,9 +109,11 @@ void LinkedFileBar::fillButtons() {
 }
 
 void LinkedFileBar::addButton(const Text& label, const std::function<void()>& pressed) {
-    // Large text in a narrow window: a name is cut rather than the window made wider.
+    // Large text in a narrow window: a name takes two lines rather than the window made wider.
     auto& name = *Gtk::make_managed<Gtk::Label>(m_session.texts(label));
-    name.set_ellipsize(Pango::EllipsizeMode::END);
+    name.set_wrap(true);
+    name.set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+    name.set_justify(Gtk::Justification::CENTER);
     auto& button = *Gtk::make_managed<Gtk::Button>();
     button.add_css_class("text-button");
     button.set_child(name);

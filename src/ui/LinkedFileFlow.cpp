@@ -7,7 +7,6 @@
 #include "ui/Dialogs.h"
 #include "ui/DifferenceView.h"
 
-#include <glibmm/convert.h>
 #include <gtkmm/filefilter.h>
 
 #include <array>
@@ -20,10 +19,6 @@ namespace {
 constexpr std::array kPatterns{"*.md", "*.markdown", "*.mdown", "*.mkd", "*.txt"};
 constexpr int kDifferenceWidth = 640;
 constexpr int kDifferenceHeight = 320;
-
-std::string nameOf(const std::filesystem::path& path) {
-    return Glib::filename_display_name(path.filename().string());
-}
 
 // What a file system takes, whatever the title is.
 std::string fileNameFor(const std::string& title) {
@@ -44,7 +39,7 @@ LinkedFileFlow::LinkedFileFlow(Session& session, Gtk::Window& window, Toasts& to
         session.linkedFile.signalLeftUnwritten().connect([this](const LinkState& state) {
             m_toasts.show(m_session.texts.format(
                 texts::leftUnwritten,
-                {nameOf(state.path), reasonOf(state.error.value(), m_session.texts)}));
+                {shownName(state.path), reasonOf(state.error.value(), m_session.texts)}));
         }));
 }
 
@@ -102,12 +97,13 @@ void LinkedFileFlow::report(const std::vector<LinkError>& refusals) {
     std::string list;
     for (const auto& refusal : refusals) {
         if (canBeImported(refusal)) importable.push_back(refusal.path());
-        list += (list.empty() ? "" : "\n") + nameOf(refusal.path()) + ": " + reasonOf(refusal, say);
+        list +=
+            (list.empty() ? "" : "\n") + shownName(refusal.path()) + ": " + reasonOf(refusal, say);
     }
     Question question{say(texts::cannotOpenFiles), list, {{"close", say(texts::close)}}};
     if (refusals.size() == 1) {
         const auto& only = refusals.front();
-        question.heading = say.format(texts::cannotOpenFile, {nameOf(only.path()), ""});
+        question.heading = say.format(texts::cannotOpenFile, {shownName(only.path()), ""});
         question.heading.erase(question.heading.find_last_not_of(": ") + 1);
         question.body = reasonOf(only, say);
     }
@@ -135,14 +131,15 @@ void LinkedFileFlow::upgrade(const Uuid& id, const std::filesystem::path& path) 
     if (!m_session.editor.save()) return;
     const auto outcome = m_session.list.upgradeToLocalFile(id, path);
     reportUnsaved(outcome);
-    if (outcome.noteID) m_toasts.show(m_session.texts.format(texts::savedToFile, {nameOf(path)}));
+    if (outcome.noteID)
+        m_toasts.show(m_session.texts.format(texts::savedToFile, {shownName(path)}));
 }
 
 void LinkedFileFlow::reportUnsaved(const LinkOutcome& outcome) {
     if (!outcome.refusal) return;
     const auto& say = m_session.texts;
-    m_toasts.show(say.format(texts::cannotSaveFile,
-                             {nameOf(outcome.refusal->path()), reasonOf(*outcome.refusal, say)}));
+    m_toasts.show(say.format(texts::cannotSaveFile, {shownName(outcome.refusal->path()),
+                                                     reasonOf(*outcome.refusal, say)}));
 }
 
 void LinkedFileFlow::stopTracking() {
@@ -152,7 +149,7 @@ void LinkedFileFlow::stopTracking() {
     const Uuid id = note->id;
     m_session.list.stopTracking({id});
     const auto& say = m_session.texts;
-    m_toasts.show(say.format(texts::trackingStopped, {nameOf(path)}), say(texts::undo),
+    m_toasts.show(say.format(texts::trackingStopped, {shownName(path)}), say(texts::undo),
                   [this, id, path] { reportUnsaved(m_session.list.relinkLocalFile(id, path)); });
 }
 

@@ -3,9 +3,9 @@
 #include "app/Texts.h"
 #include "app/texts/DesktopTexts.h"
 #include "ui/Dialogs.h"
+#include "ui/FilePaths.h"
 #include "ui/ReportView.h"
 
-#include <glibmm/convert.h>
 #include <gtkmm/checkbutton.h>
 
 #include <string>
@@ -18,31 +18,31 @@ namespace {
 const Text& reason(ExternalFault fault) {
     switch (fault) {
         case ExternalFault::notMarkdown:
-            return texts::faultNotMarkdown;
+            return texts::openFaultNotMarkdown;
         case ExternalFault::elsewhere:
-            return texts::faultElsewhere;
+            return texts::openFaultElsewhere;
         case ExternalFault::missing:
-            return texts::faultMissing;
+            return texts::openFaultMissing;
         case ExternalFault::noPermission:
-            return texts::faultNoPermission;
+            return texts::openFaultNoPermission;
         case ExternalFault::notAFile:
-            return texts::faultPipe;
+            return texts::openFaultPipe;
         case ExternalFault::linkLoop:
-            return texts::faultLinkLoop;
+            return texts::openFaultLinkLoop;
         case ExternalFault::tooLarge:
-            return texts::faultTooLarge;
+            return texts::openFaultTooLarge;
         case ExternalFault::noAnswer:
-            return texts::faultSilent;
+            return texts::openFaultSilent;
         case ExternalFault::notText:
-            return texts::faultNoText;
+            return texts::openFaultNoText;
         case ExternalFault::notUtf8:
-            return texts::faultNotUtf8;
+            return texts::openFaultNotUtf8;
         case ExternalFault::storeFailed:
-            return texts::faultNotStored;
+            return texts::openFaultNotStored;
         case ExternalFault::unreadable:
             break;
     }
-    return texts::faultNotRead;
+    return texts::openFaultNotRead;
 }
 
 std::string lastPart(const std::string& name) {
@@ -67,8 +67,7 @@ void OpeningFlow::ask(const AppDelegate::Question& question) {
     const auto& say = m_session.texts;
     const auto heading =
         question.count == 1
-            ? say.format(texts::openFileQuestion,
-                         {Glib::filename_display_basename(question.first.string())})
+            ? say.format(texts::openFileQuestion, {shownName(question.first)})
             : say.format(texts::openFilesQuestion, {std::to_string(question.count)});
     std::vector<DialogAnswer> answers{{rawValue(ExternalFileUse::ask), say(texts::cancel)}};
     if (question.canPreview)

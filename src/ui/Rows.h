@@ -28,6 +28,8 @@ public:
         adw_action_row_set_subtitle(m_row, subtitle.c_str());
     }
     void addPrefix(Gtk::Widget& child) { adw_action_row_add_prefix(m_row, child.gobj()); }
+    /// At the start; none for null, and then no room is kept for it.
+    void setIcon(const char* name) { adw_action_row_set_icon_name(m_row, name); }
     void addSuffix(Gtk::Widget& child) {
         child.set_valign(Gtk::Align::CENTER);
         adw_action_row_add_suffix(m_row, child.gobj());

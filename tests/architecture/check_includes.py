@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Checks the shape of the sources: includes run downward only, GTK stays in its folders, every
-#include "..." of ours exists, no C++ file is longer than 600 lines.
+#include "..." of ours exists, no C++ file is longer than 600 lines, no two texts have one name.
 
 usage: check_includes.py [tree]     the tree to check, by default the one this script lies in
        check_includes.py --self-test    makes small bad trees and expects each to be refused
@@ -34,6 +34,7 @@ WITH_TOOLKIT = {"platform/gtk", "ui", "main"}
 TOOLKIT_HEADER = re.compile(
     r"^(gtk|gdk|gsk|gtkmm|gdkmm|gskmm|adwaita|libadwaita|webkit|jsc|gtksourceview|cairo|cairomm|"
     r"pango|pangomm)([/.\-0-9]|$)")
+TEXT = re.compile(r"^inline constexpr Text (\w+)", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
@@ -103,6 +104,15 @@ def long_files(tree):
                 yield f"{file.relative_to(tree)}: {lines} lines, at most {LONGEST_FILE} are wanted"
 
 
+def repeated_texts(src):
+    """Of two inline constants with one name the linker keeps either: users would see the wrong one."""
+    seen = {}
+    for file in cpp_files(src / "app"):
+        for name in TEXT.findall(file.read_text(encoding="utf-8")):
+            if seen.setdefault(name, file) != file:
+                yield f"src/{file.relative_to(src)}: the text {name} is in {seen[name].name}, too"
+
+
 def cpp_files(folder):
     return sorted(f for f in folder.rglob("*") if f.suffix in (".h", ".cpp", ".c") and f.is_file())
 
@@ -111,7 +121,7 @@ def check(tree):
     src = tree / "src"
     if not cpp_files(src):
         return [f"no sources below {src}"]
-    return [*faults_in_src(src), *faults_around(tree), *long_files(tree)]
+    return [*faults_in_src(src), *faults_around(tree), *long_files(tree), *repeated_texts(src)]
 
 
 GOOD_TREE = {
@@ -120,6 +130,7 @@ GOOD_TREE = {
     "src/model/Note.h": '#include "platform/Date.h"\n',
     "src/library/List.h": '#include "model/Note.h"\n',
     "src/markdown/Parser.h": '#include "model/Note.h"\n',
+    "src/app/texts/Texts.h": 'inline constexpr Text yes{"Tak", "Yes"};\n',
     "src/app/State.h": '#include "library/List.h"\n#include "markdown/Parser.h"\n',
     "src/ui/Window.cpp": '#include "app/State.h"\n#include "platform/gtk/View.h"\n#include <adwaita.h>\n',
     "src/main.cpp": '#include "platform/gtk/View.h"\n#include <gtkmm.h>\n',
@@ -136,6 +147,7 @@ BAD_ADDITIONS = [
     ("src/model/Angle.cpp", "#include <platform/Date.h>\n", "included as"),
     ("src/model/Lost.cpp", '#include "model/Gone.h"\n', "does not exist"),
     ("tests/model/LostTest.cpp", '#include "model/Gone.h"\n', "does not exist"),
+    ("src/app/texts/More.h", 'inline constexpr Text yes{"No pewnie", "Sure"};\n', "the text yes"),
     ("src/attic/Old.cpp", "", "no known folder"),
     ("src/ui/Long.cpp", "\n" * (LONGEST_FILE + 1), "lines"),
 ]

@@ -1,4 +1,5 @@
 #include "app/texts/LinkedFileTexts.h"
+#include "ui/FilePaths.h"
 #include "ui/LinkedFileBar.h"
 #include "ui/NoteRow.h"
 #include "ui/WindowTest.h"
@@ -48,6 +49,14 @@ protected:
                        .saveElsewhere = {},
                        .giveFocus = {}}};
 };
+
+TEST(ShownName, KeepsBeginningAndEndOfALongOne) {
+    EXPECT_EQ(shownName("/a/plan.md"), "plan.md");
+    const std::string name = "Żółw " + std::string(200, 'x') + " wersja 7.md";
+    const auto shown = shownName("/a/" + name);
+    EXPECT_LT(shown.size(), 50U);
+    EXPECT_TRUE(shown.starts_with("Żółw xx") && shown.ends_with("… wersja 7.md")) << shown;
+}
 
 TEST_F(LinkedFileBarTest, SaysWhatIsTheMatterOnlyWhileItIs) {
     EXPECT_FALSE(bar.get_visible());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/Localisation.h"
+#include "app/texts/AssistantSettingsTexts.h"
 
 namespace corvel::texts {
 
@@ -23,8 +24,6 @@ inline constexpr Text assistantEmpty{
     "Asystent zna tytuł, treść i zaznaczenie otwartej notatki.",
     "The assistant knows the title, the text and the selection of the open note."};
 inline constexpr Text assistantPickModel{"Dostawca i model: %1", "Provider and model: %1"};
-inline constexpr Text assistantProvider{"Dostawca", "Provider"};
-inline constexpr Text assistantModel{"Model", "Model"};
 inline constexpr Text assistantSelectionActions{"Akcje na zaznaczeniu", "Selection Actions"};
 inline constexpr Text assistantSelectionNote{"Zaznacz tekst w edytorze",
                                              "Select text in the editor"};

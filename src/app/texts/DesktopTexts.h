@@ -34,24 +34,24 @@ inline constexpr Text filesNotOpenedTitle{"Pliki, których nie otwarto",
                                           "Files that were not opened"};
 
 // Why a file was not opened.
-inline constexpr Text faultNotMarkdown{"to nie jest plik Markdown", "it is no Markdown file"};
-inline constexpr Text faultElsewhere{"nie leży na tym komputerze; skopiuj go najpierw tutaj",
-                                     "it is not on this computer; copy it here first"};
-inline constexpr Text faultMissing{"nie ma takiego pliku", "there is no such file"};
-inline constexpr Text faultNoPermission{"brak prawa do odczytu", "you may not read it"};
-inline constexpr Text faultPipe{"to nie jest zwykły plik", "it is not an ordinary file"};
-inline constexpr Text faultLinkLoop{"dowiązanie prowadzi do samego siebie",
-                                    "the link leads back to itself"};
-inline constexpr Text faultSilent{"dysk, na którym leży, nie odpowiada",
-                                  "the disk it is on does not answer"};
-inline constexpr Text faultTooLarge{"jest za duży na notatkę", "it is too large for a note"};
-inline constexpr Text faultNoText{"to nie jest tekst", "it is not text"};
-inline constexpr Text faultNotUtf8{
+inline constexpr Text openFaultNotMarkdown{"to nie jest plik Markdown", "it is no Markdown file"};
+inline constexpr Text openFaultElsewhere{"nie leży na tym komputerze; skopiuj go najpierw tutaj",
+                                         "it is not on this computer; copy it here first"};
+inline constexpr Text openFaultMissing{"nie ma takiego pliku", "there is no such file"};
+inline constexpr Text openFaultNoPermission{"brak prawa do odczytu", "you may not read it"};
+inline constexpr Text openFaultPipe{"to nie jest zwykły plik", "it is not an ordinary file"};
+inline constexpr Text openFaultLinkLoop{"dowiązanie prowadzi do samego siebie",
+                                        "the link leads back to itself"};
+inline constexpr Text openFaultSilent{"dysk, na którym leży, nie odpowiada",
+                                      "the disk it is on does not answer"};
+inline constexpr Text openFaultTooLarge{"jest za duży na notatkę", "it is too large for a note"};
+inline constexpr Text openFaultNoText{"to nie jest tekst", "it is not text"};
+inline constexpr Text openFaultNotUtf8{
     "połączyć można tylko plik w kodowaniu UTF-8; ten można zaimportować",
     "only a file in UTF-8 can be linked; this one can be imported"};
-inline constexpr Text faultNotRead{"nie można go odczytać", "it cannot be read"};
-inline constexpr Text faultNotStored{"biblioteka nie przyjęła notatki",
-                                     "the library refused the note"};
+inline constexpr Text openFaultNotRead{"nie można go odczytać", "it cannot be read"};
+inline constexpr Text openFaultNotStored{"biblioteka nie przyjęła notatki",
+                                         "the library refused the note"};
 
 // Settings.
 inline constexpr Text groupExternalFiles{"Pliki spoza programu", "Files from outside"};

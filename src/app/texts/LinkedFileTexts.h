@@ -28,6 +28,7 @@ inline constexpr Text faultNoPermission{"brak uprawnień", "permission denied"};
 inline constexpr Text faultReadOnly{"dysk jest tylko do odczytu", "the disk is read-only"};
 inline constexpr Text faultDiskFull{"dysk jest pełny", "the disk is full"};
 inline constexpr Text faultFolder{"to jest folder", "it is a folder"};
+inline constexpr Text faultPipe{"to nie jest zwykły plik", "it is not an ordinary file"};
 inline constexpr Text faultLinkLoop{"dowiązania prowadzą w kółko", "its links lead in a circle"};
 inline constexpr Text faultTooLarge{"ma ponad 64 MB, można go tylko zaimportować",
                                     "it has more than 64 MB and can only be imported"};
