@@ -260,6 +260,7 @@ void Application::endOnSignals() {
             signal,
             [](gpointer data) -> gboolean {
                 auto* application = static_cast<Application*>(data);
+                if (application->m_window) application->m_window->remember();
                 if (application->m_session) application->m_session->finish();
                 application->quit();
                 return G_SOURCE_REMOVE;

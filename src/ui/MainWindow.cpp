@@ -98,7 +98,7 @@ void MainWindow::restoreSize() {
     m_layout.setAvailableWidth(m_window.property_default_width());
 }
 
-void MainWindow::rememberSize() {
+void MainWindow::remember() {
     auto& store = m_session.preferences.store();
     int width = 0;
     int height = 0;
@@ -108,6 +108,7 @@ void MainWindow::rememberSize() {
     store.setBoolean(kMaximizedKey, m_window.is_maximized());
     store.setBoolean(kAssistantKey, m_session.state.isAIAssistantVisible.get());
     m_layout.remember();
+    m_note.rememberScroll();
 }
 
 // Panes must not come or go while the window is being laid out, so that is done right after.
@@ -327,7 +328,7 @@ void MainWindow::focusPane(int pane) {
 }
 
 bool MainWindow::closeRequested() {
-    rememberSize();
+    remember();
     if (m_session.finish()) {
         m_pages.closeAll();
         return false;

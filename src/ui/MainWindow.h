@@ -45,6 +45,8 @@ public:
     void perform(CommandID command);
     /// Opens the settings, at `page` or where they were left.
     void showSettings(std::optional<SettingsPage> page = {});
+    /// Size, panes and the note's place, for the next start.
+    void remember();
     void focusNote() { m_note.focusEditor(); }
     void importPaths(const FilePaths& paths) { m_import.importPaths(paths); }
     /// Files from outside; `addresses` are of those that do not lie on this machine.
@@ -60,7 +62,6 @@ public:
 
 private:
     void restoreSize();
-    void rememberSize();
     void followWidth();
     void buildDrop();
     void connect();

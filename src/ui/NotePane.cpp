@@ -7,6 +7,7 @@
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/eventcontrollerkey.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace corvel {
@@ -16,6 +17,8 @@ namespace {
 constexpr const char* kNotePage = "note";
 constexpr const char* kEmptyPage = "empty";
 constexpr const char* kSeveralPage = "several";
+constexpr const char* kScrolledNote = "scrolledNote";
+constexpr const char* kScrollPlace = "scrollPlace";
 
 }  // namespace
 
@@ -164,9 +167,28 @@ void NotePane::noteOpened() {
     m_title.set_text(m_session.editor.title());
     m_isFilling = false;
     m_editor.open(note->id, note->content);
-    const double place = m_session.editor.scroll().scrollPercent();
-    if (isAnother && place > 0) m_editorScroll.restore(place);
+    if (isAnother) m_place = placeOf(*note);
+    m_hasOpened = true;
+    if (isAnother && m_place > 0) m_editorScroll.restore(m_place);
     noteStateChanged();
+}
+
+// Where it was left: in this run, or, of the first note, in the one before.
+double NotePane::placeOf(const Note& note) const {
+    const auto& store = m_session.preferences.store();
+    if (!m_hasOpened && store.string(kScrolledNote) == note.id.toString())
+        return std::clamp(store.real(kScrollPlace).value_or(0), 0.0, 1.0);
+    return m_session.editor.scroll().scrollPercent();
+}
+
+void NotePane::rememberScroll() const {
+    const auto& note = m_session.editor.note();
+    if (!note) return;
+    const auto& scroll = m_session.editor.scroll();
+    const bool hasMoved = scroll.scrollSource() != ScrollSource::none;
+    auto& store = m_session.preferences.store();
+    store.setString(kScrolledNote, note->id.toString());
+    store.setReal(kScrollPlace, hasMoved ? scroll.scrollPercent() : m_place);
 }
 
 void NotePane::noteStateChanged() {
@@ -194,8 +216,7 @@ void NotePane::titleChanged() {
 
 void NotePane::render(const std::string& markdown) {
     const bool isAnother = std::exchange(m_isAnother, false);
-    m_preview.show(markdown, isAnother ? std::optional(m_session.editor.scroll().scrollPercent())
-                                       : std::nullopt);
+    m_preview.show(markdown, isAnother ? std::optional(m_place) : std::nullopt);
 }
 
 void NotePane::followScrolling() {

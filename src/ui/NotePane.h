@@ -38,6 +38,8 @@ public:
     /// One of the commands that find and replace in the note.
     void find(CommandID command) { m_tools.find(command); }
     bool hasUnsavedText() const { return m_session.editor.isEdited(); }
+    /// For the next start.
+    void rememberScroll() const;
     Gtk::Widget& headerBar() { return m_header.bar().widget(); }
     void setShowsWindowControls(bool shows) { m_header.bar().setWindowControls(false, shows); }
 
@@ -51,6 +53,7 @@ private:
     void followScrolling();
     void noteOpened();
     void noteStateChanged();
+    double placeOf(const Note& note) const;
     void contentEdited(const TextEdit& edit);
     void titleChanged();
     void render(const std::string& markdown);
@@ -80,6 +83,8 @@ private:
     std::optional<Uuid> m_shownID;
     bool m_isFilling = false;  ///< the pane itself writes the title
     bool m_isAnother = false;  ///< the next rendering is another note's
+    bool m_hasOpened = false;  ///< a note in this run
+    double m_place = 0;        ///< where the open note was opened
     std::vector<ScopedConnection> m_connections;
 };
 

@@ -13,6 +13,7 @@
 #include <gtkmm/textview.h>
 
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -128,6 +129,36 @@ TEST(MainWindow, KeepsNotesThatWereWrittenPinnedAndFiledOverARestart) {
     EXPECT_EQ(again.session().sidebar.folders.front().noteCount, 1);
     again.session().state.sidebarFilter.set(SidebarFilter::tag("work"));
     EXPECT_EQ(again.titles(), Titles{"Plan"});
+}
+
+double placeOf(Program& run) {
+    const auto adjustment = run.window().note().editor().get_vadjustment();
+    const double room = adjustment->get_upper() - adjustment->get_page_size();
+    return room > 0 ? adjustment->get_value() / room : 0;
+}
+
+TEST(MainWindow, OpensTheLastNoteWhereItWasScrolledTo) {
+    const TemporaryFolder folder;
+    std::string text = "# Long";
+    for (int i = 0; i < 400; ++i)
+        text += "\n\nParagraph";
+    {
+        Program run(folder);
+        run.write(text);
+        const auto adjustment = run.window().note().editor().get_vadjustment();
+        int moves = 0;
+        EXPECT_TRUE(Program::becomes([&] {
+            const double room = adjustment->get_upper() - adjustment->get_page_size();
+            adjustment->set_value(room / 2 + ++moves % 2);
+            return run.session().editor.scroll().scrollPercent() > 0.4;
+        }));
+        run.window().remember();
+    }
+    for (int start = 0; start < 2; ++start) {
+        Program again(folder);
+        EXPECT_TRUE(Program::becomes([&] { return std::abs(placeOf(again) - 0.5) < 0.05; }));
+        again.window().remember();
+    }
 }
 
 TEST(MainWindow, SelectsTheNextNoteWhenOneGoesToTheTrashAndBringsItBack) {
