@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """The desktop's search over a library, asked over the session bus as the shell does.
 
 usage: search_provider.py PROGRAM STORE_FOLDER [ROUNDS]
@@ -23,7 +23,7 @@ from gi.repository import Gio, GLib
 NAME = "com.qno.corvel"
 PROVIDER = "/com/qno/corvel/SearchProvider"
 INTERFACE = "org.gnome.Shell.SearchProvider2"
-QUESTIONS = [["a"], ["notatka"], ["łódź"], ["za", "pod"], ["qzxqzx"], ["the"]]
+QUESTIONS = [["a"], ["notatka"], ["łódź"], ["góra", "kawa"], ["qzxqzx"]]
 
 
 def connect():
