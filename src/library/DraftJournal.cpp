@@ -46,15 +46,9 @@ void DraftJournal::addWholeText() {
 
 void DraftJournal::flush(const Uuid& noteID, const std::string& base, const TextSource& text) {
     if (m_folder.empty() || !hasPending()) return;
-    std::string bytes;
-    if (!m_file.isOpen()) {
-        if (!open()) return logFailure();
-        bytes = opening(noteID, base);
-    } else if (m_size == 0) {
-        bytes = opening(noteID, base);
-    }
-    bytes += pending(text);
-    if (!append(bytes)) return logFailure();
+    if (!m_file.isOpen() && !open()) return logFailure();
+    if (!(m_size == 0 ? begin(noteID, base, pending(text)) : append({pending(text)})))
+        return logFailure();
     m_hasFailed = false;
     forgetPending();
 }
@@ -74,12 +68,15 @@ void DraftJournal::forgetPending() {
     m_wholeText = false;
 }
 
-std::string DraftJournal::opening(const Uuid& noteID, const std::string& base) const {
+// The text goes to the file from where it lies: it may have ten megabytes, and a key waits.
+bool DraftJournal::begin(const Uuid& noteID, const std::string& base, const std::string& edits) {
+    const bool isClean = text::isValidUtf8(base) && base.find('\0') == std::string::npos;
+    const std::string repaired = isClean ? std::string() : text::repaired(base);
+    const DraftRecord record{DraftRecord::Kind::base, isClean ? base : repaired};
     const auto* id = reinterpret_cast<const char*>(noteID.bytes.data());
-    std::string bytes(kDraftMark);
-    appendRecord(bytes, {DraftRecord::Kind::note, {id, noteID.bytes.size()}});
-    appendRecord(bytes, {DraftRecord::Kind::base, text::repaired(base)});
-    return bytes;
+    std::string head(kDraftMark);
+    appendRecord(head, {DraftRecord::Kind::note, {id, noteID.bytes.size()}});
+    return append({head += headerOf(record), record.bytes, edits});
 }
 
 std::string DraftJournal::pending(const TextSource& text) const {
@@ -106,15 +103,20 @@ bool DraftJournal::open() {
     return m_file.isOpen();
 }
 
-bool DraftJournal::append(const std::string& bytes) {
-    if (writeAll(m_file.get(), bytes)) {
-        m_size += bytes.size();
+bool DraftJournal::append(std::initializer_list<std::string_view> pieces) {
+    std::size_t size = m_size;
+    const bool isWritten = std::ranges::all_of(pieces, [&](std::string_view piece) {
+        size += piece.size();
+        return writeAll(m_file.get(), piece);
+    });
+    if (isWritten) {
+        m_size = size;
         return true;
     }
     // What was begun goes, so that the next try does not stand behind a torn record.
     const int code = errno;
-    const auto size = static_cast<off_t>(m_size);
-    if (::ftruncate(m_file.get(), size) == 0) ::lseek(m_file.get(), size, SEEK_SET);
+    const auto whole = static_cast<off_t>(m_size);
+    if (::ftruncate(m_file.get(), whole) == 0) ::lseek(m_file.get(), whole, SEEK_SET);
     errno = code;
     return false;
 }

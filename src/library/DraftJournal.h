@@ -6,8 +6,10 @@
 
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace corvel {
@@ -38,10 +40,10 @@ public:
 private:
     bool hasPending() const { return m_wholeText || m_title || !m_edits.empty(); }
     void forgetPending();
-    std::string opening(const Uuid& noteID, const std::string& base) const;
     std::string pending(const TextSource& text) const;
     bool open();
-    bool append(const std::string& bytes);
+    bool begin(const Uuid& noteID, const std::string& base, const std::string& edits);
+    bool append(std::initializer_list<std::string_view> pieces);
     void logFailure();
 
     std::filesystem::path m_folder;

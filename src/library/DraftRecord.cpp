@@ -40,12 +40,16 @@ std::uint64_t takeNumber64(std::string_view& bytes) {
     return number;
 }
 
-void appendRecord(std::string& file, const DraftRecord& record) {
+std::string headerOf(const DraftRecord& record) {
     const auto size = static_cast<std::uint32_t>(record.bytes.size());
     const char kind = static_cast<char>(record.kind);
-    file.append(reinterpret_cast<const char*>(&size), sizeof size);
-    appendNumber64(file, checksum(kind, record.bytes));
-    file += kind;
+    std::string header(reinterpret_cast<const char*>(&size), sizeof size);
+    appendNumber64(header, checksum(kind, record.bytes));
+    return header += kind;
+}
+
+void appendRecord(std::string& file, const DraftRecord& record) {
+    file += headerOf(record);
     file += record.bytes;
 }
 

@@ -22,6 +22,8 @@ struct DraftRecord {
     std::string_view bytes;
 };
 
+/// What stands before the bytes of a record.
+std::string headerOf(const DraftRecord& record);
 void appendRecord(std::string& file, const DraftRecord& record);
 /// The record at the start of `file`, which is moved behind it; none when it is damaged.
 std::optional<DraftRecord> takeRecord(std::string_view& file);
