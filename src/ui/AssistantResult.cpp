@@ -138,14 +138,15 @@ void AssistantResult::refresh() {
 
 void AssistantResult::showButtons() {
     const bool isStreaming = m_assistant.isQuickActionStreaming();
-    const bool hadFocus = m_apply.is_focus() || m_copy.is_focus() || m_stop.is_focus();
+    Gtk::Button* focused = nullptr;
+    for (auto* button : {&m_apply, &m_copy, &m_stop})
+        if (button->is_focus()) focused = button;
     const auto* label = applyLabel();
     m_apply.set_visible(m_assistant.isQuickActionComplete() && label != nullptr);
     if (label != nullptr) m_apply.set_label(m_session.texts(*label));
     m_copy.set_visible(!isStreaming && !m_assistant.quickActionResult().empty());
     m_stop.set_visible(isStreaming);
-    const bool hasFocus = m_apply.is_focus() || m_copy.is_focus() || m_stop.is_focus();
-    if (hadFocus && !hasFocus) focusButton();
+    if (focused != nullptr && !focused->get_visible()) focusButton();
 }
 
 void AssistantResult::focusButton() {

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <memory>
 
 namespace corvel {
@@ -225,6 +226,31 @@ TEST_F(AssistantPanelTest, TabWalksThroughTheButtonsOfTheRepliesAndOutAtBothEnds
     EXPECT_TRUE(turnUntil([&] { return copies == 1; }));
     expectFocusAfter("Tab", "nothing");
     EXPECT_EQ(parent.get_focus(), &chat.input().textView());
+}
+
+TEST_F(AssistantPanelTest, TheFocusStaysInThePanelWhenAButtonHasDoneItsWork) {
+    auto& input = host.panel().chat().input();
+    server.answer({"HTTP/1.1 200 OK\r\n\r\n", 65536, 1, "", false});
+    input.setText("Please");
+    input.button().grab_focus();
+    input.button().activate();
+    ASSERT_TRUE(turnUntil([this] { return assistant.isStreaming(); }));
+    EXPECT_EQ(parent.get_focus(), &input.textView());
+    input.button().grab_focus();
+    input.button().activate();
+    ASSERT_TRUE(turnUntil([this] { return !assistant.isStreaming(); }));
+    EXPECT_EQ(parent.get_focus(), &input.textView());
+
+    assistant.setSelectedTab(AIAssistantViewModel::Tab::quickActions);
+    auto& actions = host.panel().actions();
+    const auto buttons = all<Gtk::Button>(actions);
+    const auto action = std::ranges::find_if(buttons.rbegin(), buttons.rend(), [](auto* button) {
+        return button->has_css_class("assistant-action");
+    });
+    ASSERT_NE(action, buttons.rend());
+    (*action)->grab_focus();
+    act("Jeden dwa trzy.\n", [&] { (*action)->activate(); });
+    EXPECT_EQ(parent.get_focus(), &actions.result().applyButton());
 }
 
 TEST_F(AssistantPanelTest, ChangesTheNoteThatWasAskedForAfterAnotherWasOpened) {

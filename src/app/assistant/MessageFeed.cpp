@@ -194,7 +194,8 @@ void MessageFeed::advance() {
     if (std::exchange(m_areLabelsStale, false)) return push(MessagePage::labelScript(m_labels));
     for (auto& entry : m_entries) {
         if (!entry.isInPage) return pushNew(entry);
-        if (entry.isStreaming && entry.hasGrown && !m_timer.connected()) return pushGrown(entry);
+        const bool isDue = entry.isStreaming && entry.hasGrown && !m_timer.connected();
+        if (isDue && pushGrown(entry)) return;
         if (!entry.isStreaming && entry.isStale) return pushWhole(entry);
     }
     if (std::exchange(m_isReplaceableStale, false))
@@ -211,12 +212,14 @@ void MessageFeed::pushNew(Entry& entry) {
     push(script);
 }
 
-void MessageFeed::pushGrown(Entry& entry) {
-    m_isBusy = true;
+// False when the page is to stay as it is.
+bool MessageFeed::pushGrown(Entry& entry) {
     std::string ended = entry.blocks.takeEnded(kMostEnded);
-    entry.hasGrown = entry.blocks.hasEnded();
     const bool isSame = ended.empty() && entry.isOpenFull;
-    if (isSame || entry.shownBytes > kMostShown) return push({});
+    const bool isEnough = entry.shownBytes > kMostShown;
+    entry.hasGrown = entry.blocks.hasEnded() && !isEnough;
+    if (isSame || isEnough) return false;
+    m_isBusy = true;
     entry.isOpenFull = entry.blocks.open().size() > kMostOpen;
     std::string open(text::prefixByBytes(entry.blocks.open(), kMostOpen));
     render(ended, [this, id = entry.id, open = std::move(open)](std::string body) {
@@ -225,6 +228,7 @@ void MessageFeed::pushGrown(Entry& entry) {
             push(MessagePage::growScript(id, ended, tail));
         });
     });
+    return true;
 }
 
 // When a reply has ended it is rendered whole: a definition at its end may concern its beginning.

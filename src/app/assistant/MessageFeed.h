@@ -77,7 +77,7 @@ private:
     void advance();
     void advanceSoon(std::chrono::milliseconds delay);
     void pushNew(Entry& entry);
-    void pushGrown(Entry& entry);
+    bool pushGrown(Entry& entry);
     void pushWhole(Entry& entry);
     void render(const std::string& markdown, std::function<void(std::string html)> done);
     void push(const std::string& script);
