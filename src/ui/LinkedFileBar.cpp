@@ -112,7 +112,7 @@ void LinkedFileBar::addButton(const Text& label, const std::function<void()>& pr
     // Large text in a narrow window: a name takes two lines rather than the window made wider.
     auto& name = *Gtk::make_managed<Gtk::Label>(m_session.texts(label));
     name.set_wrap(true);
-    name.set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+    name.set_wrap_mode(Pango::WrapMode::WORD);
     name.set_justify(Gtk::Justification::CENTER);
     auto& button = *Gtk::make_managed<Gtk::Button>();
     button.add_css_class("text-button");
