@@ -64,6 +64,17 @@ TEST(HTMLExporter, EmbedsImagesAndTheThemeOnlyWhenAsked) {
               std::string::npos);
 }
 
+TEST(HTMLExporter, EmbedsWhatLiesBesideTheFileOfALinkedNote) {
+    const TemporaryFolder folder;
+    folder.write("pic.gif", "GIF89a;");
+    Note note = noteWith("", "![a](pic.gif)");
+    EXPECT_NE(exported(note, {}).find("src=\"pic.gif\""), std::string::npos);
+    note.sourceFilePath = (folder.path() / "note.md").string();
+    EXPECT_NE(exported(note, {}).find("src=\"data:image/gif;base64,R0lGODlhOw==\""),
+              std::string::npos);
+    EXPECT_NE(exported(note, {.embedImages = false}).find("src=\"pic.gif\""), std::string::npos);
+}
+
 TEST(HTMLExporter, SaysWhenTheTitleIsNoText) {
     EXPECT_EQ(exported(noteWith("\xff\xfe", "x"), {}),
               "error " + std::to_string(static_cast<int>(ExportError::Kind::encodingFailed)));
