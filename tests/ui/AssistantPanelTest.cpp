@@ -297,11 +297,14 @@ TEST_F(AssistantPanelTest, AsksBeforeItReplacesANoteThatChanged) {
 }
 
 TEST_F(AssistantPanelTest, ShowsOnlyTheTextOfAHostileReply) {
+    std::string many;
+    while (many.size() < 300'000)
+        many += "words ";
     ask("<script>document.title='x'</script><img src=\"" + server.url() +
         "/leak.png\" alt=\"picture\"><style>article{display:none}</style>"
         "<button id=\"messages\" onclick=\"messages.clear()\">Press</button> ![two](" +
-        server.url() + "/two.png) <iframe src=\"" + server.url() + "\"></iframe>\n\n" +
-        std::string(300'000, 'x') + "\n\nthe end");
+        server.url() + "/two.png) <iframe src=\"" + server.url() + "\"></iframe>\n\n" + many +
+        "\n\nthe end");
     ASSERT_TRUE(pageShows("the end"));
     EXPECT_EQ(askPage("document.querySelectorAll('.ended img, .ended script, .ended style, "
                       ".ended iframe, .ended button, .ended [onclick], .ended [id]').length"),

@@ -20,7 +20,7 @@ public:
         Glib::signal_idle().connect_once([this] { m_loaded.emit(); });
     }
     void evaluate(const std::string& script, Evaluated done) override {
-        EXPECT_NE(script, "") << "a web view answers that with an error";
+        EXPECT_NE(script, "") << "work for nothing";
         scripts.push_back(script);
         const std::optional<std::string> error =
             failures > 0 ? std::optional<std::string>("no") : std::nullopt;
