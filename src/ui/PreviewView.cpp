@@ -5,6 +5,7 @@
 #include "markdown/PreviewPage.h"
 #include "platform/Text.h"
 #include "themes/Color.h"
+#include "themes/ControlColors.h"
 #include "themes/ThemeStylesheet.h"
 #include "ui/Accessible.h"
 #include "ui/ToolkitLanguage.h"
@@ -160,7 +161,8 @@ void PreviewView::showRendered(RenderOutcome outcome) {
     if (m_session.preferences.loadRemoteImages()) {
         body = MarkdownParserService::markRemoteImages(std::move(body), m_room->imageKey());
     }
-    m_coordinator->show(generateCSS(m_session.themes.currentTheme()) + m_style.extraCss,
+    const Theme& theme = m_session.themes.currentTheme();
+    m_coordinator->show(generateCSS(theme) + controlColors(theme) + m_style.extraCss,
                         std::move(body), std::exchange(m_place, std::nullopt));
 }
 
