@@ -44,7 +44,7 @@ void ThemeEditor::build() {
     bar.packEnd(m_apply);
     bar.packEnd(m_save);
 
-    m_controls.widget().set_size_request(kControlsWidth, -1);
+    m_controls.widget().set_size_request(widthForText(kControlsWidth), -1);
     m_controls.widget().set_hexpand(false);
     auto& halves = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL);
     halves.append(m_controls.widget());
