@@ -245,10 +245,13 @@ void SidebarPane::openMenu(const SidebarItem* item, Gtk::Widget& origin, const G
     const auto& texts = m_session.texts;
     const auto menu = Gio::Menu::create();
     const auto actions = Gio::SimpleActionGroup::create();
+    auto section = Gio::Menu::create();
     const auto add = [&](const char* name, const Text& label, const std::function<void()>& run) {
         actions->add_action(name, run);
-        menu->append(texts(label), std::string("sidebar.") + name);
+        section->append(texts(label), std::string("sidebar.") + name);
     };
+    add("folder", texts::newFolder, [this] { askForFolder(); });
+    menu->append_section(section);
     if (isFolder(item)) {
         const auto id = item->node().filter.folderID;
         const auto name = item->node().name;
@@ -256,11 +259,12 @@ void SidebarPane::openMenu(const SidebarItem* item, Gtk::Widget& origin, const G
             m_model.setExpanded(key, true);
             m_dialogs.createIn(window(), id, name);
         });
+        section = Gio::Menu::create();
+        menu->append_section(section);
         add("rename", texts::rename, [this, id, name] { m_dialogs.rename(window(), id, name); });
         add("delete", texts::deleteFolder,
             [this, id, name] { m_dialogs.remove(window(), id, name); });
     }
-    add("folder", texts::newFolder, [this] { askForFolder(); });
     m_popover.popup(menu, "sidebar", actions, origin, at);
 }
 
