@@ -12,7 +12,9 @@
 #include "ui/ShortcutsWindow.h"
 #include "ui/UpdateDialog.h"
 
+#include <gdk/gdkkeysyms.h>
 #include <glibmm/main.h>
+#include <gtkmm/eventcontrollerkey.h>
 
 #include <algorithm>
 
@@ -141,6 +143,15 @@ void MainWindow::connect() {
             m_session.linkedFile.check();
         }
     });
+    // Where a text has the focus, that undoes its last change first.
+    const auto undo = Gtk::EventControllerKey::create();
+    undo->signal_key_pressed().connect(
+        [this](guint key, guint, Gdk::ModifierType modifiers) {
+            return key == GDK_KEY_z && modifiers == Gdk::ModifierType::CONTROL_MASK &&
+                   m_toasts.press(m_session.texts(texts::undo));
+        },
+        false);
+    m_window.add_controller(undo);
     m_layout.signalChanged().connect([this] { showSidebarButton(); });
     m_list.signalActivated().connect([this] { m_note.focusEditor(); });
     m_connections.emplace_back(

@@ -302,7 +302,14 @@ void NoteListView::keepSelection(std::size_t near, bool hadSelection) {
     const auto selected = m_selection->get_selection();
     const auto& id = m_session.state.selectedNoteID.get();
     if (const auto position = id ? m_session.list.positionOf(*id) : std::nullopt) {
-        if (!selected->contains(static_cast<guint>(*position))) selectInList(*position);
+        if (selected->contains(static_cast<guint>(*position))) return;
+        // A row that moved, as by being pinned, went and came back: the focus fell to its
+        // neighbour.
+        auto* root = get_root();
+        const auto* focus = root != nullptr ? root->get_focus() : nullptr;
+        const bool hadFocus = focus != nullptr && focus->is_ancestor(m_rows);
+        selectInList(*position);
+        if (hadFocus) focusRow(*position);
         return;
     }
     // A note that an edit took off the list (its tag was deleted) stays open: nothing jumps while

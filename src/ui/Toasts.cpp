@@ -36,7 +36,19 @@ void Toasts::show(const std::string& title,
     adw_toast_set_button_label(toast, button.c_str());
     adw_toast_set_priority(toast, ADW_TOAST_PRIORITY_HIGH);  // not after what is past
     adw::connect(toast, "button-clicked", std::move(pressed));
+    adw::connect(toast, "dismissed", [this, toast] {
+        if (m_pressable == toast) m_pressable = nullptr;
+    });
     adw_toast_overlay_add_toast(m_overlay, toast);
+    m_pressable = toast;
+}
+
+bool Toasts::press(const std::string& button) {
+    AdwToast* toast = m_pressable;
+    if (toast == nullptr || button != adw_toast_get_button_label(toast)) return false;
+    g_signal_emit_by_name(toast, "button-clicked");
+    adw_toast_dismiss(toast);
+    return true;
 }
 
 void Toasts::setChild(Gtk::Widget& child) {

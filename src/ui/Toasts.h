@@ -17,11 +17,16 @@ public:
     /// With a button; `pressed` is called at most once.
     void show(const std::string& title, const std::string& button, std::function<void()> pressed);
 
+    /// Presses the button of the newest toast that is still there, if it is called `button`. False
+    /// when there is none.
+    bool press(const std::string& button);
+
     void setChild(Gtk::Widget& child);
     Gtk::Widget& widget();
 
 private:
     AdwToastOverlay* m_overlay;
+    AdwToast* m_pressable = nullptr;  // the newest with a button, until it goes
 };
 
 }  // namespace corvel
