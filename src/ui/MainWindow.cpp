@@ -152,6 +152,13 @@ void MainWindow::connect() {
         },
         false);
     m_window.add_controller(undo);
+    // The toolkit gives the first button the focus; that of a note that was made or opened stays.
+    m_window.signal_map().connect([this] {
+        m_firstFocus = Glib::signal_idle().connect([this] {
+            if (focusedPane() == sidebarPane) focusPane(listPane);
+            return false;
+        });
+    });
     m_layout.signalChanged().connect([this] { showSidebarButton(); });
     m_list.signalActivated().connect([this] { m_note.focusEditor(); });
     m_connections.emplace_back(

@@ -103,6 +103,7 @@ private:
     PaletteView& m_palette;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
+    ScopedConnection m_firstFocus;
 };
 
 }  // namespace corvel
