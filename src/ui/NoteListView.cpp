@@ -8,6 +8,7 @@
 #include <glibmm/main.h>
 #include <gtkmm/dragsource.h>
 #include <gtkmm/eventcontrollerkey.h>
+#include <gtkmm/root.h>
 #include <gtkmm/widgetpaintable.h>
 
 #include <algorithm>
