@@ -43,19 +43,7 @@ ExternalFault faultOf(const LinkError& error) {
         case LinkFault::notUtf8:
             return ExternalFault::notUtf8;
         default:
-            break;
-    }
-    switch (error.fileFault()) {
-        case FileFault::missing:
-            return ExternalFault::missing;
-        case FileFault::noPermission:
-            return ExternalFault::noPermission;
-        case FileFault::tooLarge:
-            return ExternalFault::tooLarge;
-        case FileFault::noAnswer:
-            return ExternalFault::noAnswer;
-        default:
-            return ExternalFault::unreadable;
+            return externalFile::faultOf(error.fileFault());
     }
 }
 

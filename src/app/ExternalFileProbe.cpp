@@ -39,6 +39,22 @@ ExternalFault faultOf(int code) {
     }
 }
 
+// Texts of two bytes a character have zeros, but say so by a mark.
+bool isText(std::string_view beginning) {
+    return beginning.find('\0') == beginning.npos || beginning.starts_with("\xFF\xFE") ||
+           beginning.starts_with("\xFE\xFF");
+}
+
+std::optional<ExternalFault> faultOfContent(int file) {
+    std::array<char, 4096> beginning{};
+    const ssize_t count = ::read(file, beginning.data(), beginning.size());
+    if (count < 0) return faultOf(errno);
+    const std::string_view text(beginning.data(), static_cast<std::size_t>(count));
+    return isText(text) ? std::nullopt : std::optional(ExternalFault::notText);
+}
+
+}  // namespace
+
 ExternalFault faultOf(FileFault fault) {
     switch (fault) {
         case FileFault::missing:
@@ -58,22 +74,6 @@ ExternalFault faultOf(FileFault fault) {
             return ExternalFault::unreadable;
     }
 }
-
-// Texts of two bytes a character have zeros, but say so by a mark.
-bool isText(std::string_view beginning) {
-    return beginning.find('\0') == beginning.npos || beginning.starts_with("\xFF\xFE") ||
-           beginning.starts_with("\xFE\xFF");
-}
-
-std::optional<ExternalFault> faultOfContent(int file) {
-    std::array<char, 4096> beginning{};
-    const ssize_t count = ::read(file, beginning.data(), beginning.size());
-    if (count < 0) return faultOf(errno);
-    const std::string_view text(beginning.data(), static_cast<std::size_t>(count));
-    return isText(text) ? std::nullopt : std::optional(ExternalFault::notText);
-}
-
-}  // namespace
 
 Probe probe(const std::filesystem::path& path) {
     if (!distantVolumes::answersFor(path)) return {.fault = ExternalFault::noAnswer};

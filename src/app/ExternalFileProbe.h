@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ExternalFile.h"
+#include "platform/FileError.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -20,6 +21,9 @@ struct Probe {
     std::optional<ExternalFault> fault;
 };
 Probe probe(const std::filesystem::path& path);
+
+/// What a fault of a file means to who wants to open it.
+ExternalFault faultOf(FileFault fault);
 
 /// The whole file, with a bookmark by which it can be found again.
 std::variant<ExternalFile, ExternalFault> read(const std::filesystem::path& path);

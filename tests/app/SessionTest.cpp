@@ -15,6 +15,19 @@ using testing::ElementsAre;
 class SessionTest : public testing::Test, protected TestSession {
 protected:
     SessionTest() : TestSession(0.1) {}
+
+    /// A saved note with an edit that is not saved yet.
+    Uuid editOnADiskThatCanFill() {
+        FullDisk::makePossible();
+        close();
+        open();
+        activate(CommandID::newNote);
+        type("words");
+        session->editor.save();
+        const Uuid written = selected();
+        type(" that matter");
+        return written;
+    }
 };
 
 TEST_F(SessionTest, ANewNoteIsOpenedAndTakesItsTitleFromItsText) {
@@ -87,14 +100,7 @@ TEST_F(SessionTest, ASaveNeverUndoesWhatWasDoneToTheNoteMeanwhile) {
 }
 
 TEST_F(SessionTest, ARefusedSaveKeepsTheNoteOpenAndTriesAgain) {
-    FullDisk::makePossible();
-    close();
-    open();
-    activate(CommandID::newNote);
-    type("words");
-    session->editor.save();
-    const Uuid written = selected();
-    type(" that matter");
+    const Uuid written = editOnADiskThatCanFill();
     testing::internal::CaptureStdout();
     {
         const FullDisk fullDisk;
@@ -116,14 +122,7 @@ TEST_F(SessionTest, ARefusedSaveKeepsTheNoteOpenAndTriesAgain) {
 
 // The refused text stands in the open transaction and so equals what the store reads back.
 TEST_F(SessionTest, AnotherRefusedChangeDoesNotMakeARefusedTextPassForSaved) {
-    FullDisk::makePossible();
-    close();
-    open();
-    activate(CommandID::newNote);
-    type("words");
-    session->editor.save();
-    const Uuid written = selected();
-    type(" that matter");
+    const Uuid written = editOnADiskThatCanFill();
     testing::internal::CaptureStdout();
     {
         const FullDisk fullDisk;
