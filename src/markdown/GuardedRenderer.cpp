@@ -1,6 +1,6 @@
 #include "markdown/GuardedRenderer.h"
 
-#include "markdown/HelperRender.h"
+#include "markdown/MarkdownHelper.h"
 #include "markdown/MarkdownParserService.h"
 #include "markdown/MarkdownRisk.h"
 
@@ -34,6 +34,10 @@ void renderSoon(std::string markdown,
     Glib::signal_idle().connect_once(answer, Glib::PRIORITY_DEFAULT);
 }
 
+RenderOutcome plainText(const std::string& markdown) {
+    return {"<pre>" + MarkdownParserService::escaped(markdown) + "</pre>", true};
+}
+
 }  // namespace
 
 GuardedRenderer::GuardedRenderer(std::string executable) : m_executable(std::move(executable)) {}
@@ -45,9 +49,14 @@ void GuardedRenderer::render(std::string markdown,
     if (risk == MarkdownRisk::ordinary) {
         return renderSoon(std::move(markdown), cancellable, std::move(done));
     }
-    const milliseconds limit = limitFor(risk, markdown.size());
-    std::make_shared<HelperRender>(std::move(markdown), std::move(done))
-        ->start(m_executable, limit, cancellable);
+    HelperTask task{
+        {m_executable, kMarkdownHelperOption}, markdown, limitFor(risk, markdown.size())};
+    auto answer = [markdown = std::move(markdown), cancellable,
+                   done = std::move(done)](HelperOutcome outcome) {
+        if (cancellable && cancellable->is_cancelled()) return done({{}, true});
+        done(outcome.isGood ? RenderOutcome{std::move(outcome.output)} : plainText(markdown));
+    };
+    runHelper(std::move(task), cancellable, std::move(answer));
 }
 
 }  // namespace corvel

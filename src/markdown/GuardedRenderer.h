@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/HelperProcess.h"
+
 #include <glibmm/refptr.h>
 
 #include <functional>
@@ -23,7 +25,7 @@ public:
     using Done = std::function<void(RenderOutcome)>;
 
     /// `executable` must answer `--markdown-helper`.
-    explicit GuardedRenderer(std::string executable = "/proc/self/exe");
+    explicit GuardedRenderer(std::string executable = kThisProgram);
 
     /// Calls `done` exactly once, on the main loop, never before this function returns, and also
     /// when `cancellable` (which may be null) was cancelled: the outcome then has no use. The

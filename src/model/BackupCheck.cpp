@@ -5,15 +5,12 @@
 #include "platform/Handle.h"
 
 #include <fcntl.h>
-#include <gio/gio.h>
 #include <glibmm/convert.h>
-#include <glibmm/main.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 namespace corvel {
@@ -70,25 +67,6 @@ std::string lineOf(const BackupVerdict& verdict) {
            std::to_string(verdict.notes) + "\n";
 }
 
-/// One check under way.
-struct Running {
-    BackupChecker::Done done;
-    Glib::RefPtr<Gio::Cancellable> cancellable;
-};
-
-void finished(GObject* source, GAsyncResult* result, gpointer data) {
-    const std::unique_ptr<Running> running(static_cast<Running*>(data));
-    gchar* output = nullptr;
-    const bool isThere = g_subprocess_communicate_utf8_finish(G_SUBPROCESS(source), result, &output,
-                                                              nullptr, nullptr) != FALSE;
-    const Handle<gchar, g_free> line(output);
-    if (running->cancellable->is_cancelled()) {
-        g_subprocess_force_exit(G_SUBPROCESS(source));
-        return;
-    }
-    running->done(isThere && line ? verdictFrom(line.get()) : BackupVerdict{});
-}
-
 }  // namespace
 
 BackupVerdict checkBackup(const std::filesystem::path& store) {
@@ -118,20 +96,11 @@ int runBackupCheck(const char* store) {
 void BackupChecker::check(const std::filesystem::path& store,
                           const Glib::RefPtr<Gio::Cancellable>& cancellable,
                           Done done) const {
-    const char* const command[] = {m_executable.c_str(), kBackupCheckOption, store.c_str(),
-                                   nullptr};
-    constexpr int kFlags = G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE;
-    const GObjectHandle<GSubprocess> process(
-        g_subprocess_newv(command, static_cast<GSubprocessFlags>(kFlags), nullptr));
-    auto running = std::make_unique<Running>(Running{std::move(done), cancellable});
-    if (!process) {
-        Glib::signal_idle().connect_once([shared = std::shared_ptr<Running>(std::move(running))] {
-            if (!shared->cancellable->is_cancelled()) shared->done({});
-        });
-        return;
-    }
-    g_subprocess_communicate_utf8_async(process.get(), nullptr, cancellable->gobj(), finished,
-                                        running.release());
+    runHelper({{m_executable, kBackupCheckOption, store}, {}, {}}, cancellable,
+              [cancellable, done = std::move(done)](const HelperOutcome& outcome) {
+                  if (cancellable->is_cancelled()) return;
+                  done(outcome.isGood ? verdictFrom(outcome.output) : BackupVerdict{});
+              });
 }
 
 }  // namespace corvel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/HelperProcess.h"
+
 #include <giomm/cancellable.h>
 
 #include <cstddef>
@@ -33,7 +35,7 @@ public:
     using Done = std::function<void(const BackupVerdict& verdict)>;
 
     /// The helper is `executable`, by default this program.
-    explicit BackupChecker(std::filesystem::path executable = "/proc/self/exe")
+    explicit BackupChecker(std::filesystem::path executable = kThisProgram)
         : m_executable(std::move(executable)) {}
 
     /// Calls `done` once, on the main loop, never before this function returns; not at all once

@@ -1,0 +1,87 @@
+#include "platform/HelperProcess.h"
+
+#include "platform/Handle.h"
+
+#include <gio/gio.h>
+#include <glibmm/main.h>
+#include <sigc++/connection.h>
+
+#include <csignal>
+#include <memory>
+#include <utility>
+
+namespace corvel {
+
+namespace {
+
+using Done = std::function<void(HelperOutcome)>;
+
+/// One process under way.
+struct Running {
+    HelperTask task;
+    Done done;
+    GObjectHandle<GSubprocess> process;
+    sigc::connection timer;
+};
+
+GObjectHandle<GSubprocess> launch(const std::vector<std::string>& command) {
+    std::vector<const char*> words;
+    words.reserve(command.size() + 1);
+    for (const auto& word : command)
+        words.push_back(word.c_str());
+    words.push_back(nullptr);
+    constexpr int kFlags = G_SUBPROCESS_FLAGS_STDIN_PIPE | G_SUBPROCESS_FLAGS_STDOUT_PIPE |
+                           G_SUBPROCESS_FLAGS_STDERR_SILENCE;
+    return GObjectHandle<GSubprocess>(
+        g_subprocess_newv(words.data(), static_cast<GSubprocessFlags>(kFlags), nullptr));
+}
+
+HelperOutcome outcomeOf(GSubprocess* process, GAsyncResult* result) {
+    GBytes* bytes = nullptr;
+    const bool isThrough =
+        g_subprocess_communicate_finish(process, result, &bytes, nullptr, nullptr) != FALSE;
+    const Handle<GBytes, g_bytes_unref> output(bytes);
+    if (!isThrough) {
+        g_subprocess_force_exit(process);
+        return {};
+    }
+    gsize size = 0;
+    const auto* text = static_cast<const char*>(g_bytes_get_data(output.get(), &size));
+    return {g_subprocess_get_successful(process) != FALSE,
+            text != nullptr ? std::string(text, size) : std::string()};
+}
+
+void finished(GObject*, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Running> running(static_cast<Running*>(data));
+    running->timer.disconnect();
+    running->done(outcomeOf(running->process.get(), result));
+}
+
+}  // namespace
+
+void runHelper(HelperTask task, const Glib::RefPtr<Gio::Cancellable>& cancellable, Done done) {
+    auto running = std::make_unique<Running>(Running{std::move(task), std::move(done), {}, {}});
+    running->process = launch(running->task.command);
+    if (!running->process) {
+        Glib::signal_idle().connect_once([done = std::move(running->done)] { done({}); },
+                                         Glib::PRIORITY_DEFAULT);
+        return;
+    }
+    auto* const process = running->process.get();
+    if (const auto limit = running->task.limit) {
+        const auto end = [process] {
+            g_subprocess_force_exit(process);
+            return false;
+        };
+        running->timer = Glib::signal_timeout().connect(end, static_cast<unsigned>(limit->count()));
+    }
+    // A helper that ends before it has read everything must not end this program.
+    std::signal(SIGPIPE, SIG_IGN);
+    const std::string& input = running->task.input;
+    const Handle<GBytes, g_bytes_unref> bytes(g_bytes_new_static(input.data(), input.size()));
+    g_subprocess_communicate_async(process, bytes.get(),
+                                   cancellable ? cancellable->gobj() : nullptr, finished,
+                                   running.release());
+}
+
+}  // namespace corvel
