@@ -1,14 +1,15 @@
+#include "app/HelperRoles.h"
 #include "export/PDFExporter.h"
 #include "export/pdf/PrintPage.h"
 #include "platform/gtk/WebKitPrintView.h"
 #include "platform/gtk/WebRoom.h"
 #include "support/BenchFolder.h"
+#include "support/LoopSlices.h"
 #include "support/TextGenerator.h"
 #include "themes/BuiltInThemes.h"
 #include "themes/ThemeStylesheet.h"
 
 #include <adwaita.h>
-#include <glibmm/main.h>
 #include <gtkmm/init.h>
 
 #include <algorithm>
@@ -24,7 +25,7 @@
 // PDF of a note of about 50 pages, from the text to the file on disk, with links, outline and
 // running lines; beside headless Chromium and WeasyPrint, whole processes, with the same page and
 // none of these. By turns, medians. Needs a display and a session bus; a number of rounds and of
-// kilobytes may be given.
+// kilobytes may be given, and the path of a picture that the note shows as well.
 
 namespace corvel {
 namespace {
@@ -43,11 +44,12 @@ double medianOf(std::vector<double> values) {
 
 class Printing {
 public:
-    explicit Printing(std::size_t noteSize) {
+    Printing(std::size_t noteSize, const std::string& picture) {
         static const std::vector<std::string> tags{"praca", "dom"};
         TextGenerator generator(20240517, TextGenerator::Language::polish, tags);
         m_note.title = "Raport";
         m_note.content = generator.note(m_note.title, noteSize);
+        if (!picture.empty()) m_note.content += "\n\n![picture](" + picture + ")\n";
         const auto body = MarkdownParserService::renderBody(m_note.content);
         std::ofstream(page(), std::ios::binary)
             << printPage(PageSize::a4, m_note.title, generateCSS(themes::builtInLight()), body);
@@ -57,8 +59,11 @@ public:
         std::optional<ExportOutcome> outcome;
         m_exporter.exportNote(m_note, {}, themes::builtInLight(), Gio::Cancellable::create(),
                               [&](ExportOutcome result) { outcome = std::move(result); });
-        while (!outcome)
-            Glib::MainContext::get_default()->iteration(true);
+        m_slices.runUntil([&] { return outcome.has_value(); });
+        if (const auto* error = std::get_if<ExportError>(&*outcome)) {
+            std::printf("failed: %s\n", error->what());
+            return;
+        }
         std::ofstream(m_folder.path() / "ours.pdf", std::ios::binary)
             << std::get<std::string>(*outcome);
     }
@@ -71,6 +76,10 @@ public:
     void weasyprint() const {
         run("weasyprint -q " + page().string() + " " +
             (m_folder.path() / "weasyprint.pdf").string());
+    }
+    void showSlices() const {
+        std::printf("longest slice %.0f ms, costliest %.0f ms of processor time\n",
+                    m_slices.longestMilliseconds(), m_slices.costliestMilliseconds());
     }
     void showPages() const {
         run("pdfinfo " + (m_folder.path() / "ours.pdf").string() + " | grep Pages");
@@ -92,17 +101,19 @@ private:
                            },
                            "pl"};
     Note m_note;
+    LoopSlices m_slices;
 };
 
 }  // namespace
 }  // namespace corvel
 
 int main(int argc, char** argv) {
+    if (const auto status = corvel::runAsHelper(argc, argv)) return *status;
     adw_init();
     Gtk::init_gtkmm_internals();
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 5;
     const int kilobytes = argc > 2 ? std::atoi(argv[2]) : 100;
-    corvel::Printing printing(static_cast<std::size_t>(kilobytes) * 1000);
+    corvel::Printing printing(static_cast<std::size_t>(kilobytes) * 1000, argc > 3 ? argv[3] : "");
     std::vector<double> ours;
     std::vector<double> chromium;
     std::vector<double> weasyprint;
@@ -113,6 +124,7 @@ int main(int argc, char** argv) {
         weasyprint.push_back(corvel::secondsOf([&] { printing.weasyprint(); }));
     }
     printing.showPages();
+    printing.showSlices();
     const double median = corvel::medianOf(ours);
     std::printf("ours %.2f s\n", median);
     if (rounds == 0) return 0;

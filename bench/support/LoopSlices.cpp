@@ -19,10 +19,8 @@ void LoopSlices::runUntil(const std::function<bool()>& isDone) {
 }
 
 void LoopSlices::report(benchmark::State& state) const {
-    state.counters["longest_slice_ms"] =
-        std::chrono::duration<double, std::milli>(m_longest).count();
-    state.counters["costliest_slice_ms"] =
-        1000.0 * static_cast<double>(m_costliest) / CLOCKS_PER_SEC;
+    state.counters["longest_slice_ms"] = longestMilliseconds();
+    state.counters["costliest_slice_ms"] = costliestMilliseconds();
 }
 
 }  // namespace corvel

@@ -18,6 +18,13 @@ public:
     /// which other work on the machine has no part.
     void report(benchmark::State& state) const;
 
+    double longestMilliseconds() const {
+        return std::chrono::duration<double, std::milli>(m_longest).count();
+    }
+    double costliestMilliseconds() const {
+        return 1000.0 * static_cast<double>(m_costliest) / CLOCKS_PER_SEC;
+    }
+
 private:
     std::chrono::steady_clock::duration m_longest{};
     std::clock_t m_costliest = 0;

@@ -1,5 +1,6 @@
 #include "app/HelperRoles.h"
 
+#include "export/pdf/PdfTask.h"
 #include "markdown/MarkdownHelper.h"
 #include "model/BackupCheck.h"
 
@@ -11,6 +12,9 @@ std::optional<int> runAsHelper(int argc, char** argv) {
     if (argc == 2 && std::string_view(argv[1]) == kMarkdownHelperOption) return runMarkdownHelper();
     if (argc == 3 && std::string_view(argv[1]) == kBackupCheckOption) {
         return runBackupCheck(argv[2]);
+    }
+    if (argc == 3 && std::string_view(argv[1]) == kPdfFinisherOption) {
+        return runPdfFinisher(argv[2]);
     }
     return std::nullopt;
 }

@@ -32,11 +32,6 @@ public:
     virtual void call(const std::string& functionBody, Called done) = 0;
     /// Writes the loaded page as a PDF file.
     virtual void print(const std::filesystem::path& file, const PaperSize& paper, Printed done) = 0;
-    /// A PDF of `pages` empty sheets with `header` at the top, shortened where it is too long, and
-    /// the page's number at the bottom.
-    virtual std::string runningLines(int pages,
-                                     const PaperSize& paper,
-                                     const std::string& header) const = 0;
 };
 
 }  // namespace corvel

@@ -32,8 +32,10 @@ MAY_INCLUDE["main"] = set(MAY_INCLUDE)
 
 WITH_TOOLKIT = {"platform/gtk", "ui", "main"}
 TOOLKIT_HEADER = re.compile(
-    r"^(gtk|gdk|gsk|gtkmm|gdkmm|gskmm|adwaita|libadwaita|webkit|jsc|gtksourceview|cairo|cairomm|"
-    r"pango|pangomm)([/.\-0-9]|$)")
+    r"^(gtk|gdk|gsk|gtkmm|gdkmm|gskmm|adwaita|libadwaita|webkit|jsc|gtksourceview)([/.\-0-9]|$)")
+# Drawing needs no display: documents may be drawn where they are made.
+WITH_DRAWING = WITH_TOOLKIT | {"export"}
+DRAWING_HEADER = re.compile(r"^(cairo|cairomm|pango|pangomm)([/.\-0-9]|$)")
 TEXT = re.compile(r"^inline constexpr Text (\w+)", re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
@@ -61,6 +63,8 @@ def fault_of_include(folder, ours, header, src):
     if not ours:
         if folder not in WITH_TOOLKIT and TOOLKIT_HEADER.match(header):
             return f"the toolkit's header <{header}> is not for {folder}/"
+        if folder not in WITH_DRAWING and DRAWING_HEADER.match(header):
+            return f"the drawing header <{header}> is not for {folder}/"
         if (src / header).is_file():
             return f'our own header is included as <{header}>, write "{header}"'
         return None
@@ -131,6 +135,7 @@ GOOD_TREE = {
     "src/library/List.h": '#include "model/Note.h"\n',
     "src/markdown/Parser.h": '#include "model/Note.h"\n',
     "src/app/texts/Texts.h": 'inline constexpr Text yes{"Tak", "Yes"};\n',
+    "src/export/Sheet.cpp": "#include <cairo-pdf.h>\n",
     "src/app/State.h": '#include "library/List.h"\n#include "markdown/Parser.h"\n',
     "src/ui/Window.cpp": '#include "app/State.h"\n#include "platform/gtk/View.h"\n#include <adwaita.h>\n',
     "src/main.cpp": '#include "platform/gtk/View.h"\n#include <gtkmm.h>\n',
@@ -143,6 +148,7 @@ BAD_ADDITIONS = [
     ("src/app/Widgets.h", '#include "platform/gtk/View.h"\n', "may not include"),
     ("src/app/settings/High.h", '#include "model/Note.h"\n', "may not include"),
     ("src/markdown/Drawn.cpp", "#include <gtk/gtk.h>\n", "toolkit's header"),
+    ("src/markdown/Drawn.cpp", "#include <cairo.h>\n", "drawing header"),
     ("src/app/Adw.cpp", "  #  include <adwaita.h>\n", "toolkit's header"),
     ("src/model/Angle.cpp", "#include <platform/Date.h>\n", "included as"),
     ("src/model/Lost.cpp", '#include "model/Gone.h"\n', "does not exist"),

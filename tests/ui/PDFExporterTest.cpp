@@ -70,7 +70,7 @@ protected:
 std::string longNote() {
     std::string text =
         "# Początek\n\nDo [końca](#koniec) i do [sieci](https://example.org/ż?a=1).\n\n";
-    for (int i = 1; i <= 40; ++i) {
+    for (int i = 1; i <= 60; ++i) {
         text += "## Rozdział " + std::to_string(i) + "\n\n" + std::string(40, ' ');
         for (int word = 0; word < 60; ++word)
             text += "słowo" + std::to_string(word) + " ";
@@ -92,7 +92,7 @@ TEST_F(PDFExporterTest, PrintsTitleNumbersLinksAndOutline) {
     EXPECT_NE(links.find("https://example.org/%C5%BC?a=1"), std::string::npos) << links;
     const std::string json = outputOf("pdftohtml -xml -stdout -i " + file);
     EXPECT_NE(json.find("<outline>"), std::string::npos);
-    EXPECT_NE(json.find(">Rozdział 40</item>"), std::string::npos);
+    EXPECT_NE(json.find(">Rozdział 60</item>"), std::string::npos);
     EXPECT_NE(json.find("note.html#"), std::string::npos) << "a link to another page";
 }
 

@@ -3,7 +3,9 @@
 #include <glib.h>
 #include <nlohmann/json.hpp>
 
-#include <array>
+#include <algorithm>
+#include <bitset>
+#include <charconv>
 
 namespace corvel {
 
@@ -65,27 +67,56 @@ for (const link of document.querySelectorAll('a[href]')) {
     const target = id && (document.getElementById(id) || document.getElementsByName(id)[0]);
     if (target) mark(visible(target), {id});
 }
+// Each page is drawn by a walk over all blocks that lie side by side: on shelves it is a short one.
+const shelfLength = 100;
+let shelf = null;
+for (const node of Array.from(document.body.childNodes)) {
+    const isFull = shelf === null || shelf.childNodes.length >= shelfLength;
+    if (isFull && node instanceof Element && getComputedStyle(node).display === 'block') {
+        shelf = document.createElement('div');
+        node.before(shelf);
+    }
+    if (shelf !== null) shelf.append(node);
+}
 return JSON.stringify(marks);
 )js";
 
-bool isNamed(std::string_view page, int red) {
-    std::array<char, 8> code{};
-    g_snprintf(code.data(), code.size(), "#%02x", static_cast<unsigned>(red));
-    const std::string number = "rgb(" + std::to_string(red) + ",";
-    const auto isSame = [](char a, char b) { return g_ascii_tolower(a) == g_ascii_tolower(b); };
-    for (const std::string_view name : {std::string_view(code.data()), std::string_view(number)}) {
-        if (std::search(page.begin(), page.end(), name.begin(), name.end(), isSame) != page.end()) {
-            return true;
-        }
+using Reds = std::bitset<256>;
+
+void addNumber(Reds& named, std::string_view text, int base) {
+    unsigned red = 0;
+    std::from_chars(text.data(), text.data() + text.size(), red, base);
+    if (red < named.size()) named.set(red);
+}
+
+bool isColorFunction(std::string_view before) {
+    const auto is = [before](std::string_view name) {
+        const auto end = before.substr(before.size() - std::min(before.size(), name.size()));
+        return std::ranges::equal(end, name, {}, g_ascii_tolower);
+    };
+    return is("rgb") || is("rgba");
+}
+
+/// The red parts of the colours that the page names by their numbers. Embedded pictures have none
+/// of the signs that are looked for, so they are passed as fast as memory is read.
+Reds redsIn(std::string_view page) {
+    Reds named;
+    for (auto at = page.find('#'); at != page.npos; at = page.find('#', at + 1))
+        addNumber(named, page.substr(at + 1, 2), 16);
+    for (auto at = page.find('('); at != page.npos; at = page.find('(', at + 1)) {
+        if (!isColorFunction(page.substr(0, at))) continue;
+        const auto number = std::min(page.find_first_not_of(" \t\n", at + 1), page.size());
+        addNumber(named, page.substr(number, 3), 10);
     }
-    return false;
+    return named;
 }
 
 }  // namespace
 
 MarkColors MarkColors::unusedIn(std::string_view page) {
+    const Reds named = redsIn(page);
     for (int red = 253; red > 128; --red) {
-        if (!isNamed(page, red)) return {red};
+        if (!named.test(static_cast<std::size_t>(red))) return {red};
     }
     return {};
 }

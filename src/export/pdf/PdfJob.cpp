@@ -1,5 +1,6 @@
 #include "export/pdf/PdfJob.h"
 
+#include "export/pdf/PdfTask.h"
 #include "markdown/HtmlEscape.h"
 
 #include <glibmm/main.h>
@@ -75,8 +76,8 @@ void PdfJob::loaded(const std::optional<std::string>& error) {
 
 void PdfJob::marked(const std::string& json, const std::optional<std::string>& error) {
     if (failedWith(error)) return;
-    m_marks = marksFrom(json);
-    m_view->print(m_folder->path() / "page.pdf", m_order.paper,
+    m_marks = json;
+    m_view->print(printedFile(), m_order.paper,
                   [weak = weak_from_this()](const std::optional<std::string>& failure) {
                       if (const auto self = weak.lock()) self->printed(failure);
                   });
@@ -84,23 +85,22 @@ void PdfJob::marked(const std::string& json, const std::optional<std::string>& e
 
 void PdfJob::printed(const std::optional<std::string>& error) {
     if (failedWith(error)) return;
-    try {
-        end(finished());
-    } catch (const ExportError& failure) {
-        fail(failure);
-    } catch (const std::exception& failure) {
-        fail(ExportError(Kind::platformFailed, failure.what()));
-    }
+    const PdfTask task{m_colors, std::move(m_marks), m_order.paper, runningTitle(title()),
+                       m_order.description};
+    // Hundreds of pages take a second: the window must not wait for them.
+    runHelper({{kThisProgram, kPdfFinisherOption, printedFile()}, textOf(task), {}}, m_cancellable,
+              [weak = weak_from_this()](HelperOutcome outcome) {
+                  if (const auto self = weak.lock()) self->finished(std::move(outcome));
+              });
 }
 
-std::string PdfJob::finished() {
-    PdfFinisher finisher(m_folder->path() / "page.pdf");
-    finisher.useMarks(m_colors, m_marks);
-    finisher.addRunningLines(
-        m_view->runningLines(finisher.pageCount(), m_order.paper, runningTitle(title())),
-        m_order.description.paper);
-    finisher.describe(m_order.description);
-    return finisher.bytes();
+void PdfJob::finished(HelperOutcome outcome) {
+    if (outcome.isGood) return end(std::move(outcome.output));
+    fail(ExportError(Kind::platformFailed, outcome.output));
+}
+
+std::string PdfJob::printedFile() const {
+    return m_folder->path() / "page.pdf";
 }
 
 bool PdfJob::failedWith(const std::optional<std::string>& error) {

@@ -5,13 +5,13 @@
 #include "export/pdf/PDFNavigationDelegate.h"
 #include "export/pdf/PageMarks.h"
 #include "export/pdf/PdfFinisher.h"
+#include "platform/HelperProcess.h"
 
 #include <giomm/cancellable.h>
 
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace corvel {
 
@@ -39,7 +39,8 @@ private:
     void loaded(const std::optional<std::string>& error);
     void marked(const std::string& json, const std::optional<std::string>& error);
     void printed(const std::optional<std::string>& error);
-    std::string finished();
+    void finished(HelperOutcome outcome);
+    std::string printedFile() const;
     void end(ExportOutcome outcome);
     bool failedWith(const std::optional<std::string>& error);
 
@@ -47,7 +48,7 @@ private:
     Glib::RefPtr<Gio::Cancellable> m_cancellable;
     Exporter::Done m_done;
     MarkColors m_colors;
-    std::vector<PageMark> m_marks;
+    std::string m_marks;  // as JSON
     std::unique_ptr<WorkingFolder> m_folder;
     std::unique_ptr<PrintView> m_view;
     std::unique_ptr<PDFNavigationDelegate> m_delegate;

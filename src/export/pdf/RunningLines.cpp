@@ -1,4 +1,4 @@
-#include "platform/gtk/RunningLines.h"
+#include "export/pdf/RunningLines.h"
 
 #include "platform/Handle.h"
 

@@ -1,7 +1,5 @@
 #include "platform/gtk/WebKitPrintView.h"
 
-#include "platform/gtk/RunningLines.h"
-
 #include <gtk/gtkunixprint.h>
 
 #include <utility>
@@ -135,12 +133,6 @@ void WebKitPrintView::failed(WebKitPrintOperation*, GError* error, gpointer self
 // "finished" also follows "failed": the first of them counts.
 void WebKitPrintView::answer(const std::optional<std::string>& error) {
     if (const auto done = std::exchange(m_printed, {})) done(error);
-}
-
-std::string WebKitPrintView::runningLines(int pages,
-                                          const PaperSize& paper,
-                                          const std::string& header) const {
-    return corvel::runningLines(pages, paper, header);
 }
 
 }  // namespace corvel

@@ -19,9 +19,6 @@ public:
     WebView& page() override { return *m_view; }
     void call(const std::string& functionBody, Called done) override;
     void print(const std::filesystem::path& file, const PaperSize& paper, Printed done) override;
-    std::string runningLines(int pages,
-                             const PaperSize& paper,
-                             const std::string& header) const override;
 
 private:
     static void called(GObject* view, GAsyncResult* result, gpointer data);
