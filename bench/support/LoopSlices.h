@@ -1,6 +1,7 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <glib.h>
 
 #include <chrono>
 #include <ctime>
@@ -8,10 +9,11 @@
 
 namespace corvel {
 
-/// Turns the main loop and remembers the turn that held it up longest.
+/// Turns the main loop and remembers what held it up longest: the time from one waiting for events
+/// to the next.
 class LoopSlices {
 public:
-    /// Turns the default loop until `isDone` holds, without waiting in it.
+    /// Turns the default loop until `isDone` holds.
     void runUntil(const std::function<bool()>& isDone);
 
     /// Counters: "longest_slice_ms" by the clock, and "costliest_slice_ms" of processor time, in
@@ -26,7 +28,15 @@ public:
     }
 
 private:
-    std::chrono::steady_clock::duration m_longest{};
+    using Clock = std::chrono::steady_clock;
+
+    static gint wait(GPollFD* files, guint count, gint timeout);
+    void begin();
+    void end();
+
+    Clock::time_point m_start;
+    std::clock_t m_processorStart = 0;
+    Clock::duration m_longest{};
     std::clock_t m_costliest = 0;
 };
 
