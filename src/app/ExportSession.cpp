@@ -1,6 +1,7 @@
 #include "app/ExportSession.h"
 
 #include "export/ExportTexts.h"
+#include "platform/DistantVolumes.h"
 #include "platform/Handle.h"
 
 #include <gio/gio.h>
@@ -74,6 +75,8 @@ void ExportSession::exportNext() {
                  ExportError(ExportError::Kind::platformFailed, m_texts(texts::exportNoteIsGone)));
         return;
     }
+    if (const auto error = m_folder ? silenceOf(*m_folder) : std::nullopt)
+        return exported(note->title, *error);
     m_exporter->exportNote(
         *note, options, m_themes.currentTheme(), m_cancellable,
         [this, title = note->title](const ExportOutcome& outcome) { exported(title, outcome); });
@@ -108,10 +111,8 @@ void ExportSession::exported(const std::string& title, const ExportOutcome& outc
 }
 
 void ExportSession::writeIntoFolder(const std::string& title, const std::string& bytes) {
-    if (!writeBytes(freePath(title), bytes)) {
-        const ExportError error(ExportError::Kind::fileWriteFailed);
-        m_failures.push_back({title, error.description(m_texts)});
-    }
+    if (const auto error = writeBytes(freePath(title), bytes))
+        m_failures.push_back({title, error->description(m_texts)});
 }
 
 std::filesystem::path ExportSession::freePath(const std::string& title) {
@@ -119,7 +120,8 @@ std::filesystem::path ExportSession::freePath(const std::string& title) {
     std::filesystem::path path;
     do {
         path = *m_folder / m_names->next(title);
-    } while (std::filesystem::exists(std::filesystem::symlink_status(path, ignored)));
+    } while (distantVolumes::answersFor(path) &&
+             std::filesystem::exists(std::filesystem::symlink_status(path, ignored)));
     return path;
 }
 
@@ -150,8 +152,8 @@ void ExportSession::fail(const std::string& message) {
 }
 
 bool ExportSession::write(const std::filesystem::path& file) {
-    if (!writeBytes(file, m_bytes)) {
-        fail(ExportError(ExportError::Kind::fileWriteFailed).description(m_texts));
+    if (const auto error = writeBytes(file, m_bytes)) {
+        fail(error->description(m_texts));
         return false;
     }
     m_bytes.clear();
@@ -159,11 +161,21 @@ bool ExportSession::write(const std::filesystem::path& file) {
     return true;
 }
 
-bool ExportSession::writeBytes(const std::filesystem::path& file, const std::string& bytes) const {
+std::optional<ExportError> ExportSession::silenceOf(const std::filesystem::path& place) const {
+    if (distantVolumes::answersFor(place)) return std::nullopt;
+    return ExportError(ExportError::Kind::platformFailed, m_texts(texts::exportNoAnswer));
+}
+
+std::optional<ExportError> ExportSession::writeBytes(const std::filesystem::path& file,
+                                                     const std::string& bytes) const {
     constexpr auto kBesideAndRename =
         static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT);
-    return g_file_set_contents_full(file.c_str(), bytes.data(), static_cast<gssize>(bytes.size()),
-                                    kBesideAndRename, 0666, nullptr) != FALSE;
+    if (auto error = silenceOf(file)) return error;
+    const bool isWritten =
+        g_file_set_contents_full(file.c_str(), bytes.data(), static_cast<gssize>(bytes.size()),
+                                 kBesideAndRename, 0666, nullptr) != FALSE;
+    if (isWritten) return std::nullopt;
+    return ExportError(ExportError::Kind::fileWriteFailed);
 }
 
 }  // namespace corvel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/settings/Localisation.h"
+#include "export/ExportError.h"
 #include "export/ExportFileName.h"
 #include "export/Exporter.h"
 #include "platform/ScopedConnection.h"
@@ -78,7 +79,11 @@ private:
     std::filesystem::path freePath(const std::string& title);
     void endAll();
     void fail(const std::string& message);
-    bool writeBytes(const std::filesystem::path& file, const std::string& bytes) const;
+    /// None when the volume of `place` answers.
+    std::optional<ExportError> silenceOf(const std::filesystem::path& place) const;
+    /// None when they are written.
+    std::optional<ExportError> writeBytes(const std::filesystem::path& file,
+                                          const std::string& bytes) const;
     std::string failureText() const;
 
     ThemeManager& m_themes;

@@ -1,6 +1,7 @@
 #include "app/ExportSession.h"
 #include "support/FileContent.h"
 #include "support/MainLoop.h"
+#include "support/Mount.h"
 #include "support/TemporaryFolder.h"
 
 #include <glibmm/main.h>
@@ -147,6 +148,25 @@ TEST_F(ExportSessionTest, GoesOnAfterANoteThatFailsAndNamesIt) {
     EXPECT_THAT(session.errorMessage(), HasSubstr("Wyeksportowano 1 z 3."));
     EXPECT_THAT(session.errorMessage(), HasSubstr("bad: Failed to encode content"));
     EXPECT_EQ(names().size(), 1U);
+}
+
+// A server that is gone: whatever touches a file there would wait for it.
+TEST_F(ExportSessionTest, ASilentVolumeHoldsNothingUp) {
+    auto one = sessionOf({add("one", "1")});
+    one.start();
+    ASSERT_TRUE(turnUntil([&] { return !one.isExporting(); }));
+    auto several = sessionOf({add("two", "2"), add("three", "3")});
+    {
+        const Mount silent = Mount::silent(target);
+        if (!silent.isMounted()) GTEST_SKIP() << "needs root and FUSE";
+        EXPECT_FALSE(one.write(target / "one.html"));
+        EXPECT_THAT(one.errorMessage(), HasSubstr("nie odpowiada"));
+        several.startInto(target);
+        ASSERT_TRUE(turnUntil([&] { return !several.isExporting(); }));
+        EXPECT_THAT(several.errorMessage(), HasSubstr("Wyeksportowano 0 z 2."));
+        EXPECT_THAT(several.errorMessage(), HasSubstr("three: Dysk"));
+    }
+    EXPECT_THAT(names(), IsEmpty());
 }
 
 TEST_F(ExportSessionTest, CancelledItWritesNothingMore) {

@@ -28,6 +28,9 @@ inline constexpr Text exportFaultOccupied{"W tym miejscu już coś jest. Wybierz
 inline constexpr Text exportFaultGone{
     "Wybrane miejsce zniknęło. Sprawdź, czy dysk jest podłączony, i spróbuj jeszcze raz.",
     "The chosen place is gone. Check that the drive is connected, then try again."};
+inline constexpr Text exportFaultSilent{
+    "Dysk, na którym leży wybrane miejsce, nie odpowiada. Spróbuj jeszcze raz albo wybierz inne.",
+    "The disk that the chosen place is on does not answer. Try again or choose another."};
 inline constexpr Text exportFaultFull{
     "Na dysku zabrakło miejsca. Zwolnij je albo wybierz inny dysk.",
     "The disk is full. Free some space or choose another disk."};
