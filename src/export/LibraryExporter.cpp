@@ -3,6 +3,7 @@
 #include "export/LibraryWriter.h"
 #include "library/NoteReader.h"
 #include "model/PersistenceController.h"
+#include "platform/DistantVolumes.h"
 #include "platform/FolderRemoval.h"
 #include "platform/Handle.h"
 #include "platform/ScopedConnection.h"
@@ -78,7 +79,8 @@ public:
         m_idle.disconnect();
         if (m_sync) g_cancellable_cancel(m_sync.get());
         std::error_code ignored;
-        if (!m_partial.empty()) fs::remove_all(m_partial, ignored);
+        if (!m_partial.empty() && distantVolumes::answersFor(m_partial))
+            fs::remove_all(m_partial, ignored);
     }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
@@ -100,6 +102,7 @@ public:
 
 private:
     void prepare(const std::string& trashName) {
+        requireAnswer();
         if (isOccupied(m_target)) throw LibraryExportError::of(EEXIST, m_target);
         {
             auto query =
@@ -118,7 +121,7 @@ private:
     bool slice() {
         const auto end = Clock::now() + kSlice;
         if (m_removal) {
-            if (m_removal->work(end)) return true;
+            if (distantVolumes::answersFor(m_partial) && m_removal->work(end)) return true;
             m_partial.clear();
             answer();
             return false;
@@ -134,6 +137,7 @@ private:
     }
 
     void writeUntil(Clock::time_point end) {
+        requireAnswer();
         const OneReading reading(m_library.controller.viewContext().database());
         do {
             if (m_writer->copySome()) continue;
@@ -193,6 +197,7 @@ private:
 
     void complete() {
         guarded([&] {
+            requireAnswer();
             if (::rename(m_partial.c_str(), m_target.c_str()) != 0)
                 throw LibraryExportError::of(errno, m_target);
             m_partial.clear();
@@ -203,6 +208,10 @@ private:
             m_isAtEnd = true;
         });
         if (m_isAtEnd) answer();
+    }
+
+    void requireAnswer() const {
+        if (!distantVolumes::answersFor(m_target)) throw LibraryExportError::noAnswer(m_target);
     }
 
     template <typename Work>

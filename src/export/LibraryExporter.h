@@ -13,8 +13,16 @@
 namespace corvel {
 
 /// `occupied`: something is at the place already; `gone`: the place vanished, as a drive pulled out
-/// does; `storeFailed`: the library could not be read.
-enum class LibraryExportFault { occupied, gone, diskFull, notWritable, storeFailed, failed };
+/// does; `noAnswer`: its volume is silent; `storeFailed`: the library could not be read.
+enum class LibraryExportFault {
+    occupied,
+    gone,
+    noAnswer,
+    diskFull,
+    notWritable,
+    storeFailed,
+    failed
+};
 
 struct LibraryExportReport {
     std::filesystem::path folder;  ///< the finished export
@@ -29,8 +37,8 @@ struct LibraryExportReport {
 /// Writes every note as a Markdown file with its attachments beside, in folders that mirror the
 /// folders; docs/library-export.md tells how. Works in slices on the main loop and never holds more
 /// than one note. The folder has its name only when it is complete and on the disk: before, it lies
-/// beside under another, and after a failure or a cancel it is removed. Destroying the exporter
-/// cancels.
+/// beside under another, and after a failure or a cancel it is removed, unless its volume no longer
+/// answers. Destroying the exporter cancels.
 class LibraryExporter {
 public:
     using Progress = std::function<void(std::size_t done, std::size_t all)>;

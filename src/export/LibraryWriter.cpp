@@ -69,6 +69,11 @@ LibraryExportError LibraryExportError::of(int number, const fs::path& path) {
     return {fault, text::repaired(path.string()) + ": " + std::strerror(number)};
 }
 
+LibraryExportError LibraryExportError::noAnswer(const fs::path& path) {
+    return {LibraryExportFault::noAnswer,
+            text::repaired(path.string()) + ": its volume does not answer"};
+}
+
 LibraryWriter::LibraryWriter(Library& library, fs::path folder, const std::string& trashName)
     : m_library(library), m_folder(std::move(folder)), m_folders(trashName) {
     m_folders.add(library.folders.fetchRootFolders());

@@ -20,6 +20,7 @@ public:
         : std::runtime_error(message), m_fault(fault) {}
     /// Of the system's error number.
     static LibraryExportError of(int number, const std::filesystem::path& path);
+    static LibraryExportError noAnswer(const std::filesystem::path& path);
 
     LibraryExportFault fault() const { return m_fault; }
 

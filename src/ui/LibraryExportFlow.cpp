@@ -3,6 +3,7 @@
 #include "app/Texts.h"
 #include "app/texts/DataTexts.h"
 #include "app/texts/DesktopTexts.h"
+#include "platform/DistantVolumes.h"
 #include "platform/LocalDay.h"
 #include "platform/Log.h"
 #include "ui/Dialogs.h"
@@ -21,6 +22,7 @@ namespace {
 std::filesystem::path freeFolderIn(const std::filesystem::path& place, const std::string& day) {
     const std::string name = std::string(texts::programName.english) + " " + day;
     auto folder = place / name;
+    if (!distantVolumes::answersFor(place)) return folder;  // the export says so
     std::error_code ignored;
     for (int number = 2; std::filesystem::exists(std::filesystem::symlink_status(folder, ignored));
          ++number)
@@ -34,6 +36,8 @@ const Text& reasonText(LibraryExportFault fault) {
             return texts::exportFaultOccupied;
         case LibraryExportFault::gone:
             return texts::exportFaultGone;
+        case LibraryExportFault::noAnswer:
+            return texts::exportFaultSilent;
         case LibraryExportFault::diskFull:
             return texts::exportFaultFull;
         case LibraryExportFault::notWritable:

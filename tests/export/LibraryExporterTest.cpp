@@ -365,6 +365,33 @@ TEST_F(LibraryExporterTest, LeavesNothingOnADiskThatIsFullOrReadOnly) {
     EXPECT_EQ(exportTo(drive / "out").fault, LibraryExportFault::notWritable);
 }
 
+// A server that is gone, at once or in the middle: whatever touches a file there would wait for it.
+TEST_F(LibraryExporterTest, ASilentVolumeHoldsNothingUp) {
+    for (int i = 0; i < 300; ++i)
+        add("Note " + std::to_string(i), std::string(2000, 'x'));
+    const auto drive = disk.path() / "drive";
+    fs::create_directory(drive);
+    {
+        const Mount silent = Mount::silent(drive);
+        if (!silent.isMounted()) GTEST_SKIP() << "needs root and FUSE";
+        EXPECT_EQ(exportTo(drive / "out").fault, LibraryExportFault::noAnswer);
+    }
+    EXPECT_THAT(entriesOf(drive), IsEmpty());
+    LibraryExporter exporter(*library);
+    std::unique_ptr<Mount> silent;
+    std::optional<LibraryExportReport> result;
+    exporter.start(
+        drive / "out", "Kosz",
+        [&](std::size_t, std::size_t) {
+            if (!silent) silent.reset(new Mount(Mount::silent(drive)));
+        },
+        [&](const LibraryExportReport& report) { result = report; });
+    ASSERT_TRUE(turnUntil([&] { return result.has_value(); }));
+    EXPECT_EQ(result->fault, LibraryExportFault::noAnswer) << result->detail;
+    silent.reset();
+    EXPECT_THAT(entriesOf(drive), ElementsAre("out.partial")) << "nothing was removed there";
+}
+
 // A disk that takes the bytes and then cannot keep them.
 TEST_F(LibraryExporterTest, IsNotDoneBeforeTheDiskHasIt) {
     add("Note", "text");
