@@ -2,6 +2,7 @@
 
 #include "library/ImportedFile.h"
 #include "model/PersistenceController.h"
+#include "platform/DistantVolumes.h"
 #include "platform/ImageType.h"
 #include "platform/Log.h"
 #include "platform/Text.h"
@@ -26,6 +27,7 @@ std::string markdownFor(const std::string& name, const Uuid& id) {
 
 ImageKeeper::Taken ImageKeeper::takeFile(const std::filesystem::path& path,
                                          const Uuid& noteID) const {
+    if (!distantVolumes::answersFor(path)) return ImageFault::unreadable;
     std::error_code error;
     if (std::filesystem::file_size(path, error) > kLargest && !error) return ImageFault::tooLarge;
     auto read = ImportedFile::read(path, kLargest);

@@ -5,6 +5,7 @@
 #include "library/MarkdownImages.h"
 #include "library/NoteText.h"
 #include "library/TagScanner.h"
+#include "platform/DistantVolumes.h"
 #include "platform/Text.h"
 
 #include <gio/gio.h>
@@ -185,6 +186,7 @@ void takeFrontMatter(ImportUnit& unit) {
 std::optional<Attachment> readListedFile(const std::filesystem::path& markdown,
                                          const FrontMatter::File& file) {
     namespace fs = std::filesystem;
+    if (!distantVolumes::answersFor(markdown)) return std::nullopt;
     std::error_code error;
     const auto folder = fs::canonical(markdown.parent_path(), error);
     const auto path = error ? fs::path() : fs::canonical(folder / file.path, error);

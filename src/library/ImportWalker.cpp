@@ -2,6 +2,7 @@
 
 #include "library/AttachmentLinks.h"
 #include "library/LibraryManifest.h"
+#include "platform/DistantVolumes.h"
 #include "platform/Text.h"
 
 #include <sys/stat.h>
@@ -46,6 +47,10 @@ ImportWalker::File ImportWalker::take() {
 
 // What is no directory is left to whoever reads it: only opening tells what it really is.
 void ImportWalker::look(const Pending& pending, std::vector<ImportReport::Skipped>& skipped) {
+    if (!distantVolumes::answersFor(pending.path)) {
+        skipped.push_back({pending.path, ImportFault::noAnswer});
+        return;
+    }
     struct stat status {};
     if (::stat(pending.path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
         const bool isNew = m_visited.emplace(status.st_dev, status.st_ino).second;
@@ -75,15 +80,21 @@ void ImportWalker::openDirectory(const Pending& pending,
 
 void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
     std::error_code error;
+    if (!distantVolumes::answersFor(m_directory.path)) {
+        skipped.push_back({m_directory.path, ImportFault::noAnswer});
+        m_open = std::filesystem::directory_iterator{};
+    }
     for (std::size_t i = 0; i < kEntriesAtOnce; ++i) {
         if (*m_open == std::filesystem::directory_iterator{}) break;
         const auto& entry = **m_open;
-        // Not every file system says what an entry is: then it is looked at.
-        const bool isFile = entry.is_regular_file(error) && !error;
+        // Not every file system says what an entry is: then it is looked at. So is where a link
+        // leads, if that answers.
+        const bool isSilent = entry.is_symlink(error) && !distantVolumes::answersFor(entry.path());
+        const bool isFile = !isSilent && entry.is_regular_file(error) && !error;
         const auto name = entry.path().filename();
         const bool isAttachments = !m_directory.library.empty() && name == kAttachmentFolder;
         if (!isAttachments && (!isFile || isMarkdownName(entry.path()))) {
-            const bool isFolder = !isFile && entry.is_directory(error) && !error;
+            const bool isFolder = !isSilent && !isFile && entry.is_directory(error) && !error;
             m_entries.push_back({entry.path(),
                                  isFolder ? m_directory.folder / name : m_directory.folder,
                                  m_directory.library, false});

@@ -1,5 +1,6 @@
 #include "library/ImportedFile.h"
 
+#include "platform/DistantVolumes.h"
 #include "platform/Text.h"
 
 #include <fcntl.h>
@@ -88,6 +89,7 @@ std::optional<std::string> decoded(std::string bytes) {
 
 std::variant<ImportedFile, ImportFault> ImportedFile::read(const std::filesystem::path& path,
                                                            std::size_t limit) {
+    if (!distantVolumes::answersFor(path)) return ImportFault::noAnswer;
     const Descriptor descriptor(path);
     struct statx status {};
     constexpr unsigned kWanted = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME;

@@ -15,8 +15,8 @@ namespace corvel {
 class Library;
 
 /// `unreadable` is also a file too large to be a note (256 MB); `notText` has NUL bytes or is in no
-/// known encoding; `notAFile` is a pipe, a device or the like.
-enum class ImportFault { unreadable, notText, notAFile, storeFailed };
+/// known encoding; `notAFile` is a pipe, a device or the like; of `noAnswer` the volume is silent.
+enum class ImportFault { unreadable, noAnswer, notText, notAFile, storeFailed };
 
 struct ImportReport {
     struct Skipped {

@@ -5,6 +5,7 @@
 #include "app/texts/DataTexts.h"
 #include "app/texts/ImportTexts.h"
 #include "library/Notifications.h"
+#include "platform/DistantVolumes.h"
 #include "ui/Dialogs.h"
 #include "ui/FilePaths.h"
 #include "ui/ImportReportView.h"
@@ -27,7 +28,7 @@ constexpr std::array kPatterns{"*.md", "*.markdown", "*.mdown", "*.mkd", "*.txt"
 
 bool isFolder(const std::filesystem::path& path) {
     std::error_code ignored;
-    return std::filesystem::is_directory(path, ignored);
+    return distantVolumes::answersFor(path) && std::filesystem::is_directory(path, ignored);
 }
 
 }  // namespace
@@ -100,7 +101,8 @@ void ImportFlow::importPaths(const std::vector<std::filesystem::path>& paths) {
 }
 
 void ImportFlow::askAboutFolders(const std::vector<std::filesystem::path>& paths) {
-    if (paths.empty()) return;
+    // Of what does not answer the report says so.
+    if (std::none_of(paths.begin(), paths.end(), isFolder)) return start(paths, false);
     if (paths.size() == 1) {
         if (const auto manifest = LibraryManifest::in(paths.front()))
             return askAboutLibrary(paths.front(), *manifest);

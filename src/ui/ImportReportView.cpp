@@ -1,6 +1,7 @@
 #include "ui/ImportReportView.h"
 
 #include "app/Texts.h"
+#include "app/texts/DesktopTexts.h"
 #include "ui/ReportView.h"
 
 #include <glibmm/convert.h>
@@ -13,6 +14,8 @@ namespace {
 
 const Text& reasonText(ImportFault fault) {
     switch (fault) {
+        case ImportFault::noAnswer:
+            return texts::openFaultSilent;
         case ImportFault::notText:
             return texts::faultNotText;
         case ImportFault::notAFile:

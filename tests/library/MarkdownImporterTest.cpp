@@ -2,6 +2,7 @@
 #include "library/MarkdownImporter.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
+#include "support/Mount.h"
 #include "support/TestLibrary.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,8 @@
 #include <chrono>
 #include <ctime>
 #include <fstream>
+#include <memory>
+#include <optional>
 
 namespace corvel {
 
@@ -166,6 +169,43 @@ TEST_F(MarkdownImporterTest, GetsPastLoopsPipesAndWhatCannotBeRead) {
                                                          {"null", ImportFault::notAFile},
                                                          {"gone.md", ImportFault::unreadable}};
     EXPECT_EQ(reasons, expected);
+}
+
+// A server that is gone: whatever touches a file there would wait for it.
+TEST_F(MarkdownImporterTest, ASilentVolumeHoldsNothingUp) {
+    const auto drive = disk.path() / "drive";
+    disk.write("drive/there.md", "There");
+    disk.write("in/a.md", "A ![](../drive/picture.png)");
+    fs::create_symlink(drive / "there.md", disk.path() / "in/link.md");
+    const Mount silent = Mount::silent(drive);
+    if (!silent.isMounted()) GTEST_SKIP() << "needs root and FUSE";
+    const auto report = import({disk.path() / "in", drive, drive / "there.md"});
+    EXPECT_EQ(report.imported, 1U);
+    EXPECT_THAT(report.missingImages, ElementsAre(drive / "picture.png"));
+    ASSERT_EQ(report.skipped.size(), 3U);
+    for (const auto& skipped : report.skipped)
+        EXPECT_EQ(skipped.reason, ImportFault::noAnswer) << skipped.path;
+}
+
+TEST_F(MarkdownImporterTest, GoesOnWithoutAVolumeThatFallsSilent) {
+    const auto drive = disk.path() / "drive";
+    disk.write("drive/there.md", "There");
+    disk.write("here.md", "Here");
+    MarkdownImporter importer(*library);
+    std::unique_ptr<Mount> silent;
+    std::optional<ImportReport> result;
+    importer.start(
+        {drive, disk.path() / "here.md"}, {},
+        [&](std::size_t, std::size_t found) {
+            if (found == 2 && !silent) silent.reset(new Mount(Mount::silent(drive)));
+        },
+        [&](const ImportReport& report) { result = report; });
+    ASSERT_TRUE(turnUntil([&] { return result.has_value(); }));
+    ASSERT_TRUE(silent);
+    if (!silent->isMounted()) GTEST_SKIP() << "needs root and FUSE";
+    EXPECT_EQ(result->imported, 1U);
+    ASSERT_EQ(result->skipped.size(), 1U);
+    EXPECT_EQ(result->skipped[0].reason, ImportFault::noAnswer);
 }
 
 TEST_F(MarkdownImporterTest, ImagesOfTheTextBecomeAttachments) {
