@@ -53,6 +53,9 @@ private:
             adw_message_dialog_add_response(m_dialog, kOpen, m_texts(texts::updateOpenSoftware));
             adw_message_dialog_set_response_appearance(m_dialog, kOpen, ADW_RESPONSE_SUGGESTED);
             adw_message_dialog_set_default_response(m_dialog, kOpen);
+            // The one button there was until now has the focus.
+            auto* const window = GTK_WINDOW(m_dialog);
+            gtk_window_set_focus(window, gtk_window_get_default_widget(window));
         }
         show();
     }
