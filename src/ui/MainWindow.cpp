@@ -152,10 +152,13 @@ void MainWindow::connect() {
         },
         false);
     m_window.add_controller(undo);
-    // The toolkit gives the first button the focus; that of a note that was made or opened stays.
+    // The toolkit gives the first button the focus, or a toast; that of a note that was made or
+    // opened stays.
     m_window.signal_map().connect([this] {
         m_firstFocus = Glib::signal_idle().connect([this] {
-            if (focusedPane() == sidebarPane) focusPane(listPane);
+            const auto* focus = m_window.get_focus();
+            const bool isOnPanes = focus == nullptr || focus->is_ancestor(m_layout.widget());
+            if (!isOnPanes || focusedPane() == sidebarPane) focusPane(listPane);
             return false;
         });
     });
