@@ -119,18 +119,28 @@ void SpellChecker::cursorMoved() {
 void SpellChecker::schedule() {
     if (!m_preferences.spellChecking() || gtk_source_region_is_empty(m_unchecked.get()) != 0)
         return;
-    m_work = Glib::signal_timeout().connect(
-        [this] { return work(); }, m_dictionaries ? kRest : kFirstRest, Glib::PRIORITY_LOW);
+    const bool isFirst = !m_dictionaries && !m_loading.valid();
+    m_work = Glib::signal_timeout().connect([this] { return work(); }, isFirst ? kFirstRest : kRest,
+                                            Glib::PRIORITY_LOW);
 }
 
-void SpellChecker::loadDictionaries() {
-    if (!m_dictionaries) m_dictionaries = std::make_unique<SpellDictionaries>();
+// They cannot be read in slices: a thread does it, and shares nothing before it is done.
+bool SpellChecker::hasDictionaries() {
+    if (m_dictionaries) return true;
+    if (!m_loading.valid())
+        m_loading = std::async([] { return std::make_unique<SpellDictionaries>(); });
+    if (m_loading.wait_for(Clock::duration::zero()) == std::future_status::timeout) return false;
+    m_dictionaries = m_loading.get();
+    return true;
 }
 
 // One slice over what is in sight and a little around; the next follows when the program is idle
 // again.
 bool SpellChecker::work() {
-    loadDictionaries();
+    if (!hasDictionaries()) {
+        schedule();
+        return false;
+    }
     if (!m_dictionaries->areAny() || !m_view.get_mapped()) return false;
     Gdk::Rectangle seen;
     m_view.get_visible_rect(seen);

@@ -11,6 +11,7 @@
 #include <gtksourceview/gtksource.h>
 
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,7 +50,7 @@ private:
     void cursorMoved();
     void schedule();
     bool work();
-    void loadDictionaries();
+    bool hasDictionaries();
     bool checkNextLine(GtkTextIter& line, const GtkTextIter& end);
     void checkLine(const GtkTextIter& begin, const GtkTextIter& end);
     bool isBeingTyped(const GtkTextIter& begin, const GtkTextIter& end);
@@ -60,6 +61,7 @@ private:
     StateOfLine m_stateOfLine;
     GtkTextBuffer* m_buffer = nullptr;
     GObjectHandle<GtkSourceRegion> m_unchecked;
+    std::future<std::unique_ptr<SpellDictionaries>> m_loading;
     std::unique_ptr<SpellDictionaries> m_dictionaries;
     bool m_isTyping = false;  ///< the last thing that happened was a change of the text
     bool m_leftWordOut = false;

@@ -16,7 +16,8 @@ namespace corvel {
 /// programs share.
 class SpellDictionaries {
 public:
-    /// Reads the dictionaries: some tens of milliseconds.
+    /// Reads the dictionaries, in one piece of up to a quarter of a second. Any thread may do so;
+    /// whoever has them then is the only one to use them.
     SpellDictionaries();
     SpellDictionaries(const SpellDictionaries&) = delete;
     SpellDictionaries& operator=(const SpellDictionaries&) = delete;
