@@ -10,8 +10,7 @@ inline constexpr Text exportLibraryTitle{"Gdzie umieścić folder ze wszystkimi 
                                          "Where to Put the Folder with All Notes"};
 inline constexpr Text exportLibraryVerb{"Eksportuj tutaj", "Export Here"};
 inline constexpr Text exportLibraryName{"Eksport biblioteki", "Export of the library"};
-inline constexpr Text exportLibraryRunning{"Eksportowanie notatek: %1 z %2",
-                                           "Exporting notes: %1 of %2"};
+inline constexpr Text exportLibraryRunning{"Eksportowanie: %1 z %2", "Exporting: %1 of %2"};
 inline constexpr Text exportLibraryBusy{"Trwa już eksport biblioteki",
                                         "The library is being exported already"};
 inline constexpr Text exportLibraryDone{"Wyeksportowano %1 do folderu \"%2\"",
