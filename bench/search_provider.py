@@ -4,9 +4,9 @@
 usage: search_provider.py PROGRAM STORE_FOLDER [ROUNDS]
 A STORE_FOLDER holds qnoCorvel.sqlite; a copy is used. Needs a display and a bus of its own:
 xvfb-run -a dbus-run-session -- bench/search_provider.py ...
-For each question the time until its answer and the main thread's processor time for it; and, from a second
-connection that asks something small all the while, how long the main loop was held up: by the clock, and in
-processor time of the main thread, which other programs do not lengthen.
+For each question the time until its answer and the main thread's processor time for it; and the longest turn of the
+main loop meanwhile, from one waiting for events to the next: by the clock, and in processor time of the main thread,
+which other programs do not lengthen. Turns are told by libLoopTurns.so, which the build puts into its bench folder.
 """
 
 import os
@@ -15,7 +15,6 @@ import statistics
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 
 from gi.repository import Gio, GLib
@@ -41,26 +40,24 @@ def processor_time(pid):
         return int(stat.read().split()[0]) / 1e6
 
 
-class Watch(threading.Thread):
-    """Asks something small again and again; keeps the longest waits."""
+class Turns:
+    """What libLoopTurns.so wrote down so far."""
 
-    def __init__(self, pid):
-        super().__init__(daemon=True)
-        self.pid, self.bus, self.ends = pid, connect(), False
-        self.by_clock, self.by_processor = [], []
+    def __init__(self, path):
+        self.path = path
 
-    def run(self):
-        while not self.ends:
-            began, used = time.monotonic(), processor_time(self.pid)
-            call(self.bus, "/com/qno/corvel", "org.gtk.Actions", "List")
-            self.by_clock.append((time.monotonic() - began) * 1e3)
-            self.by_processor.append(processor_time(self.pid) - used)
-            time.sleep(0.001)
+    def between(self, began, ended):
+        """Pairs of processor time and time by the clock, in milliseconds, of the turns in that time."""
+        with open(self.path, encoding="ascii") as lines:
+            turns = [tuple(map(float, line.split())) for line in lines]
+        return [(used, length) for start, length, used in turns if began <= start + length and start <= ended]
 
-    def finish(self):
-        self.ends = True
-        self.join()
-        return max(self.by_clock), max(self.by_processor)
+    def longest(self, began, ended):
+        return max(self.between(began, ended), default=(0, 0))
+
+
+def now():
+    return time.monotonic() * 1e3
 
 
 def measured(pid, work):
@@ -74,28 +71,29 @@ def ask(bus, pid, method, arguments, rounds):
     return runs[0][0][0], statistics.median(run[1] for run in runs), statistics.median(run[2] for run in runs)
 
 
-def measure(bus, pid, rounds, state):
+def measure(bus, pid, turns, rounds, state):
     for terms in QUESTIONS:
-        watch = Watch(pid)
-        watch.start()
+        began = now()
         ids, clock, used = ask(bus, pid, "GetInitialResultSet", GLib.Variant("(as)", (terms,)), rounds)
         _, sub_clock, sub_used = ask(
             bus, pid, "GetSubsearchResultSet", GLib.Variant("(asas)", (ids, terms + ["e"])), rounds)
         _, meta_clock, meta_used = ask(bus, pid, "GetResultMetas", GLib.Variant("(as)", (ids,)), rounds)
-        held_clock, held_used = watch.finish()
+        held_used, held_clock = turns.longest(began, now())
         print(f"{state:7} {' '.join(terms):10} hits {len(ids):2}  initial {clock:7.1f} ms ({used:6.1f})  "
               f"subsearch {sub_clock:7.1f} ms ({sub_used:6.1f})  metas {meta_clock:6.1f} ms ({meta_used:5.1f})  "
               f"longest turn {held_clock:6.1f} ms ({held_used:4.1f})", flush=True)
 
 
 def main():
-    program, store = sys.argv[1:3]
+    program, store = map(os.path.abspath, sys.argv[1:3])
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 5
     with tempfile.TemporaryDirectory() as home:
         os.makedirs(os.path.join(home, "qno Corvel"))
         shutil.copy(os.path.join(store, "qnoCorvel.sqlite"), os.path.join(home, "qno Corvel"))
+        turns = Turns(os.path.join(home, "turns"))
         environment = dict(os.environ, XDG_DATA_HOME=home, XDG_CONFIG_HOME=home, XDG_CACHE_HOME=home,
-                           GDK_BACKEND="x11", GSK_RENDERER="cairo")
+                           GDK_BACKEND="x11", GSK_RENDERER="cairo", CORVEL_LOOP_TURNS=turns.path,
+                           LD_PRELOAD=os.path.join(os.path.dirname(program), "../bench/libLoopTurns.so"))
         process = subprocess.Popen([program, "--gapplication-service"], env=environment)
         try:
             bus = connect()
@@ -105,10 +103,14 @@ def main():
             _, clock, used = measured(process.pid, lambda: call(
                 bus, PROVIDER, INTERFACE, "GetInitialResultSet", GLib.Variant("(as)", (QUESTIONS[0],))))
             print(f"first question of a service just started: {clock:.1f} ms ({used:.1f})")
-            measure(bus, process.pid, rounds, "service")
+            measure(bus, process.pid, turns, rounds, "service")
+            began = now()
             call(bus, "/com/qno/corvel", "org.freedesktop.Application", "Activate", GLib.Variant("(a{sv})", ({},)))
             time.sleep(8)  # the window is shown and the index filled
-            measure(bus, process.pid, rounds, "window")
+            longest = sorted(turns.between(began, now()), reverse=True)[:12]
+            print("longest turns while the window opens:",
+                  ", ".join(f"{length:.0f} ms ({used:.0f})" for used, length in longest))
+            measure(bus, process.pid, turns, rounds, "window")
         finally:
             process.terminate()
             process.wait()
