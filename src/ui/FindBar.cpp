@@ -10,27 +10,33 @@ namespace corvel {
 
 namespace {
 
-constexpr int kEntryCharacters = 8;  // smallest width; the rows give the entries what is left
+constexpr int kEntryCharacters = 8;  // smallest width; the buttons leave the fields the rest
+constexpr int kGap = 6;
 
 }  // namespace
 
 FindBar::FindBar()
-    : m_rows(Gtk::Orientation::VERTICAL, 6)
-    , m_findRow(Gtk::Orientation::HORIZONTAL, 6)
-    , m_replaceRow(Gtk::Orientation::HORIZONTAL, 6) {
+    : m_columns(Gtk::Orientation::HORIZONTAL, kGap)
+    , m_fields(Gtk::Orientation::VERTICAL, kGap)
+    , m_rows(Gtk::Orientation::VERTICAL, kGap)
+    , m_findRow(Gtk::Orientation::HORIZONTAL, kGap)
+    , m_replaceRow(Gtk::Orientation::HORIZONTAL, kGap) {
     build();
     set_transition_type(Gtk::RevealerTransitionType::SLIDE_DOWN);
     set_transition_duration(120);
-    set_child(m_rows);
+    set_child(m_columns);
     close();
 }
 
+// The fields stand in a column of their own: so Tab goes from one to the other before it goes on to
+// the buttons.
 void FindBar::build() {
-    m_rows.add_css_class("find-bar");
+    m_columns.add_css_class("find-bar");
+    buildFields();
     buildFindRow();
     buildReplaceRow();
-    m_rows.append(m_findRow);
-    m_rows.append(m_replaceRow);
+    m_columns.append(m_fields);
+    m_columns.append(m_rows);
     m_entry.signal_search_changed().connect([this] { m_queryChanged.emit(); });
     m_entry.signal_activate().connect([this] { m_action.emit(Action::next); });
     m_entry.signal_next_match().connect([this] { m_action.emit(Action::next); });
@@ -39,12 +45,24 @@ void FindBar::build() {
     for (auto* toggle : {&m_case, &m_words, &m_pattern})
         toggle->signal_toggled().connect([this] { m_queryChanged.emit(); });
     m_close.signal_clicked().connect([this] { m_closed.emit(); });
-    addKeys(m_rows);
+    addKeys();
+}
+
+void FindBar::buildFields() {
+    m_fields.set_hexpand(true);
+    m_entry.set_width_chars(kEntryCharacters);
+    m_replacement.set_width_chars(kEntryCharacters);
+    m_fields.append(m_entry);
+    m_fields.append(m_replacement);
+    m_findRow.set_halign(Gtk::Align::END);
+    m_replaceRow.set_halign(Gtk::Align::END);
+    m_rows.append(m_findRow);
+    m_rows.append(m_replaceRow);
+    for (auto* column : {&m_fields, &m_rows})
+        column->set_homogeneous(true);  // what belongs together stands at one height
 }
 
 void FindBar::buildFindRow() {
-    m_entry.set_hexpand(true);
-    m_entry.set_width_chars(kEntryCharacters);
     m_status.add_css_class("find-status");
     m_status.set_ellipsize(Pango::EllipsizeMode::END);
     m_status.set_width_chars(9);
@@ -60,7 +78,6 @@ void FindBar::buildFindRow() {
     m_previous.set_icon_name("go-up-symbolic");
     m_next.set_icon_name("go-down-symbolic");
     m_close.set_icon_name("window-close-symbolic");
-    m_findRow.append(m_entry);
     m_findRow.append(m_status);
     m_findRow.append(actionButton(m_previous, Action::previous));
     m_findRow.append(actionButton(m_next, Action::next));
@@ -70,9 +87,6 @@ void FindBar::buildFindRow() {
 }
 
 void FindBar::buildReplaceRow() {
-    m_replacement.set_hexpand(true);
-    m_replacement.set_width_chars(kEntryCharacters);
-    m_replaceRow.append(m_replacement);
     m_replaceRow.append(actionButton(m_replace, Action::replace));
     m_replaceRow.append(actionButton(m_replaceAll, Action::replaceAll));
 }
@@ -84,7 +98,7 @@ Gtk::Button& FindBar::actionButton(Gtk::Button& button, Action action) {
 }
 
 // Escape leaves from every field and button; Shift+Enter looks backwards.
-void FindBar::addKeys(Gtk::Widget& row) {
+void FindBar::addKeys() {
     const auto keys = Gtk::EventControllerKey::create();
     keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
     keys->signal_key_pressed().connect(
@@ -102,7 +116,7 @@ void FindBar::addKeys(Gtk::Widget& row) {
             return isBackwards;
         },
         false);
-    row.add_controller(keys);
+    m_columns.add_controller(keys);
 }
 
 void FindBar::open(bool withReplacement, const std::string& text) {
@@ -126,6 +140,7 @@ void FindBar::setReadOnly(bool isReadOnly) {
 }
 
 void FindBar::showReplacement(bool isShown) {
+    m_replacement.set_visible(isShown);
     m_replaceRow.set_visible(isShown);
 }
 
@@ -148,7 +163,7 @@ void FindBar::setStatus(const std::string& text, Mood mood) {
 }
 
 void FindBar::relabel(const Localisation& texts) {
-    setAccessibleLabel(m_rows, texts(texts::findBar));
+    setAccessibleLabel(m_columns, texts(texts::findBar));
     setAccessibleLabel(m_entry, texts(texts::findText));
     m_entry.property_placeholder_text() = texts(texts::findText);
     setAccessibleLabel(m_replacement, texts(texts::replaceText));

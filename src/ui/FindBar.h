@@ -41,12 +41,15 @@ public:
 
 private:
     void build();
+    void buildFields();
     void buildFindRow();
     void buildReplaceRow();
-    void addKeys(Gtk::Widget& row);
+    void addKeys();
     void showReplacement(bool isShown);
     Gtk::Button& actionButton(Gtk::Button& button, Action action);
 
+    Gtk::Box m_columns;
+    Gtk::Box m_fields;
     Gtk::Box m_rows;
     Gtk::Box m_findRow;
     Gtk::Box m_replaceRow;

@@ -81,6 +81,14 @@ protected:
         look(look, bar);
         return found;
     }
+    /// What the focused field or button is called.
+    std::string focused() {
+        auto* widget = gtk_window_get_focus(m_window.gobj());
+        if (widget == nullptr) return {};
+        if (GTK_IS_TEXT(widget)) return gtk_text_get_placeholder_text(GTK_TEXT(widget));
+        const char* tooltip = gtk_widget_get_tooltip_text(widget);
+        return tooltip != nullptr ? tooltip : gtk_button_get_label(GTK_BUTTON(widget));
+    }
     /// The words under the tag of a style.
     std::vector<std::string> tagged(const char* style) {
         std::vector<std::string> words;
@@ -230,6 +238,31 @@ TEST_F(Editor, SelectsTheMatchWhenTheBarIsClosed) {
     GtkTextIter cursor;
     gtk_text_buffer_get_iter_at_mark(buffer(), &cursor, gtk_text_buffer_get_insert(buffer()));
     EXPECT_EQ(gtk_text_iter_get_offset(&cursor), 16);
+}
+
+TEST_F(Editor, TabGoesThroughBothFieldsOfTheFindBarAndThenToEachButton) {
+    find.open(true);
+    ASSERT_TRUE(turnUntil([this] { return bar.get_height() > 0; }));
+    const auto walk = [this](GtkDirectionType direction) {
+        std::vector<std::string> names{focused()};
+        while (names.size() < 20 && gtk_widget_child_focus(GTK_WIDGET(bar.gobj()), direction) != 0)
+            names.push_back(focused());
+        return names;
+    };
+    auto names = walk(GTK_DIR_TAB_FORWARD);
+    const std::vector<std::string> expected{"Znajdź",
+                                            "Zamień na",
+                                            "Poprzednie (Shift+F3)",
+                                            "Następne (F3)",
+                                            "Uwzględniaj wielkość liter",
+                                            "Całe słowa",
+                                            "Wyrażenie regularne",
+                                            "Zamknij wyszukiwanie (Esc)",
+                                            "Zamień",
+                                            "Zamień wszystkie"};
+    EXPECT_EQ(names, expected);
+    std::ranges::reverse(names);
+    EXPECT_EQ(walk(GTK_DIR_TAB_BACKWARD), names);
 }
 
 TEST_F(Editor, CountsAgainAfterTheTextChanges) {
