@@ -33,7 +33,7 @@ LinkedFileFlow::LinkedFileFlow(Session& session, Gtk::Window& window, Toasts& to
     m_connections.emplace_back(
         session.list.signalLocalFileOpened().connect([this](const LinkOutcome& outcome) {
             if (outcome.refusal) report({*outcome.refusal});
-            if (outcome.noteID) m_session.reveal(*outcome.noteID);
+            if (outcome.noteID) show(*outcome.noteID);
         }));
     m_connections.emplace_back(
         session.linkedFile.signalLeftUnwritten().connect([this](const LinkState& state) {
@@ -86,8 +86,13 @@ void LinkedFileFlow::open(const FilePaths& paths) {
         if (outcome.noteID) last = outcome.noteID;
         if (outcome.refusal) refusals.push_back(*std::move(outcome.refusal));
     }
-    if (last) m_session.reveal(*last);
+    if (last) show(*last);
     report(refusals);
+}
+
+void LinkedFileFlow::show(const Uuid& id) {
+    m_session.reveal(id);
+    if (onShown) onShown();
 }
 
 void LinkedFileFlow::report(const std::vector<LinkError>& refusals) {

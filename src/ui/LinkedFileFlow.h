@@ -32,6 +32,8 @@ public:
     void locate();
     void saveAgain();
 
+    std::function<void()> onShown;  ///< after the note of a file that was opened is shown
+
 private:
     using Chosen = std::function<void(const FilePaths&)>;
     using Versions = LinkedFileSession::Versions;
@@ -41,6 +43,7 @@ private:
                 Gtk::FileChooser::Action action,
                 Chosen chosen);
     void addFilters() const;
+    void show(const Uuid& id);
     void report(const std::vector<LinkError>& refusals);
     void reportUnsaved(const LinkOutcome& outcome);
     void upgrade(const Uuid& id, const std::filesystem::path& path);

@@ -172,7 +172,7 @@ void MainWindow::connect() {
         [this] { m_layout.sidebarChosen(); }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
-    m_opening.onShown = [this] { focusNote(); };
+    m_opening.onShown = m_linkedFiles.onShown = [this] { focusNote(); };
     m_images.signalOtherFiles().connect([this](const FilePaths& paths) { openFiles(paths); });
     sayWhatWasKept(m_session, m_toasts, m_connections);
     m_connections.push_back(m_session.notifications.observe(
