@@ -134,6 +134,7 @@ inline constexpr Text groupApplication{"Program", "Application"};
 inline constexpr Text groupLists{"Listy", "Lists"};
 inline constexpr Text contextMenu{"Menu podręczne", "Context menu"};
 inline constexpr Text leaveSearch{"Opuść wyszukiwanie", "Leave search"};
+inline constexpr Text undoOfMessage{"\"Cofnij\" w powiadomieniu", "\"Undo\" in a message"};
 
 // The note list.
 inline constexpr Text noteList{"Lista notatek", "Note list"};

@@ -12,9 +12,7 @@
 #include "ui/ShortcutsWindow.h"
 #include "ui/UpdateDialog.h"
 
-#include <gdk/gdkkeysyms.h>
 #include <glibmm/main.h>
-#include <gtkmm/eventcontrollerkey.h>
 
 #include <algorithm>
 
@@ -143,15 +141,7 @@ void MainWindow::connect() {
             m_session.linkedFile.check();
         }
     });
-    // Where a text has the focus, that undoes its last change first.
-    const auto undo = Gtk::EventControllerKey::create();
-    undo->signal_key_pressed().connect(
-        [this](guint key, guint, Gdk::ModifierType modifiers) {
-            return key == GDK_KEY_z && modifiers == Gdk::ModifierType::CONTROL_MASK &&
-                   m_toasts.press(m_session.texts(texts::undo));
-        },
-        false);
-    m_window.add_controller(undo);
+    m_toasts.undoByKey(m_window, m_session.texts);
     // The toolkit gives the first button the focus, or a toast; that of a note that was made or
     // opened stays.
     m_window.signal_map().connect([this] {

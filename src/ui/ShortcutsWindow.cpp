@@ -1,12 +1,14 @@
 #include "ui/ShortcutsWindow.h"
 
 #include "app/Texts.h"
+#include "app/texts/EditorTexts.h"
 
 #include <glibmm/markup.h>
 #include <gtkmm/builder.h>
 #include <gtkmm/shortcutswindow.h>
 
 #include <array>
+#include <span>
 #include <string>
 
 namespace corvel {
@@ -25,14 +27,17 @@ constexpr std::array kGroups{GroupTitle{CommandGroup::file, texts::groupFile},
                              GroupTitle{CommandGroup::help, texts::groupHelp},
                              GroupTitle{CommandGroup::application, texts::groupApplication}};
 
-struct ListKey {
+struct OtherKey {
     Text title;
     const char* keys;
 };
-// Keys that belong to lists rather than to a command.
+// Keys that belong to texts and lists rather than to a command.
+constexpr std::array kTextKeys{OtherKey{texts::undoEdit, "&lt;Ctrl&gt;Z"},
+                               OtherKey{texts::redoEdit, "&lt;Ctrl&gt;&lt;Shift&gt;Z"}};
 constexpr std::array kListKeys{
-    ListKey{texts::contextMenu, "&lt;Shift&gt;F10 Menu"}, ListKey{texts::renameFolder, "F2"},
-    ListKey{texts::moveToTrash, "Delete"}, ListKey{texts::leaveSearch, "Escape"}};
+    OtherKey{texts::contextMenu, "&lt;Shift&gt;F10 Menu"}, OtherKey{texts::renameFolder, "F2"},
+    OtherKey{texts::moveToTrash, "Delete"}, OtherKey{texts::undoOfMessage, "&lt;Ctrl&gt;Z"},
+    OtherKey{texts::leaveSearch, "Escape"}};
 
 std::string shortcut(const std::string& title, const std::string& escapedKeys) {
     return "<child><object class='GtkShortcutsShortcut'><property name='title'>" +
@@ -57,17 +62,22 @@ std::string commandsOf(CommandGroup wanted, const Localisation& texts) {
     return rows;
 }
 
+std::string rowsOf(std::span<const OtherKey> keys, const Localisation& texts) {
+    std::string rows;
+    for (const auto& row : keys)
+        rows += shortcut(texts(row.title), row.keys);
+    return rows;
+}
+
 /// The window's only public form is its interface description.
 std::string description(const Localisation& texts) {
     std::string groups;
     for (const auto& row : kGroups) {
-        groups += group(texts(row.title), commandsOf(row.group, texts));
+        std::string rows;
+        if (row.group == CommandGroup::edit) rows = rowsOf(kTextKeys, texts);
+        groups += group(texts(row.title), rows + commandsOf(row.group, texts));
     }
-    std::string lists;
-    for (const auto& row : kListKeys) {
-        lists += shortcut(texts(row.title), row.keys);
-    }
-    groups += group(texts(texts::groupLists), lists);
+    groups += group(texts(texts::groupLists), rowsOf(kListKeys, texts));
     return "<interface><object class='GtkShortcutsWindow' id='window'>"
            "<property name='modal'>1</property>"
            "<child><object class='GtkShortcutsSection'>"

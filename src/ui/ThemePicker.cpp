@@ -88,6 +88,7 @@ void ThemePicker::build() {
     window().set_default_size(widthForText(kWidth), kHeight);
     window().set_size_request(360, 320);
     m_window.closeOnEscape();
+    m_toasts.undoByKey(window(), m_session.texts);
     addKeys();
 }
 

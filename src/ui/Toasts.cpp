@@ -1,7 +1,11 @@
 #include "ui/Toasts.h"
 
+#include "app/Texts.h"
 #include "platform/Handle.h"
 #include "ui/Adw.h"
+
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/eventcontrollerkey.h>
 
 #include <chrono>
 #include <utility>
@@ -49,6 +53,17 @@ bool Toasts::press(const std::string& button) {
     g_signal_emit_by_name(toast, "button-clicked");
     adw_toast_dismiss(toast);
     return true;
+}
+
+void Toasts::undoByKey(Gtk::Window& window, const Localisation& texts) {
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->signal_key_pressed().connect(
+        [this, &say = texts](guint key, guint, Gdk::ModifierType modifiers) {
+            return key == GDK_KEY_z && modifiers == Gdk::ModifierType::CONTROL_MASK &&
+                   press(say(texts::undo));
+        },
+        false);
+    window.add_controller(keys);
 }
 
 void Toasts::setChild(Gtk::Widget& child) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "app/settings/Localisation.h"
+
 #include <adwaita.h>
 #include <gtkmm/widget.h>
+#include <gtkmm/window.h>
 
 #include <functional>
 #include <string>
@@ -20,6 +23,9 @@ public:
     /// Presses the button of the newest toast that is still there, if it is called `button`. False
     /// when there is none.
     bool press(const std::string& button);
+    /// Lets Ctrl+Z press "Undo" where nothing else in `window` takes the key: a text with the focus
+    /// undoes its last change first.
+    void undoByKey(Gtk::Window& window, const Localisation& texts);
 
     void setChild(Gtk::Widget& child);
     Gtk::Widget& widget();
