@@ -39,6 +39,8 @@ constexpr std::array kListKeys{
     OtherKey{texts::moveToTrash, "Delete"}, OtherKey{texts::undoOfMessage, "&lt;Ctrl&gt;Z"},
     OtherKey{texts::leaveSearch, "Escape"}};
 
+constexpr unsigned kRowsInColumn = 12;
+
 std::string shortcut(const std::string& title, const std::string& escapedKeys) {
     return "<child><object class='GtkShortcutsShortcut'><property name='title'>" +
            Glib::Markup::escape_text(title).raw() + "</property><property name='accelerator'>" +
@@ -80,9 +82,9 @@ std::string description(const Localisation& texts) {
     groups += group(texts(texts::groupLists), rowsOf(kListKeys, texts));
     return "<interface><object class='GtkShortcutsWindow' id='window'>"
            "<property name='modal'>1</property>"
-           "<child><object class='GtkShortcutsSection'>"
+           "<child><object class='GtkShortcutsSection' id='section'>"
            "<property name='section-name'>all</property>"
-           "<property name='max-height'>12</property>" +
+           "<property name='max-height'>1000</property>" +
            groups + "</object></child></object></interface>";
 }
 
@@ -90,6 +92,8 @@ std::string description(const Localisation& texts) {
 
 void showShortcutsWindow(Gtk::Window& parent, const Localisation& texts) {
     const auto builder = Gtk::Builder::create_from_string(description(texts));
+    // Not before all groups are there: with each that comes the toolkit turns the pages round.
+    builder->get_object("section")->set_property("max-height", kRowsInColumn);
     auto* window = builder->get_widget<Gtk::ShortcutsWindow>("window");
     window->set_title(texts(texts::keyboardShortcuts));
     window->set_transient_for(parent);
