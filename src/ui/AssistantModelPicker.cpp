@@ -3,6 +3,7 @@
 #include "ai/AIProviderType.h"
 #include "app/texts/AssistantPanelTexts.h"
 #include "ui/Accessible.h"
+#include "ui/Menus.h"
 
 #include <giomm/menu.h>
 #include <giomm/simpleactiongroup.h>
@@ -24,7 +25,7 @@ std::string shortName(AIProviderType type) {
 }
 
 void addItem(Gio::Menu& menu, const std::string& label, const char* action, const std::string& id) {
-    const auto item = Gio::MenuItem::create(label, Glib::ustring());
+    const auto item = Gio::MenuItem::create(menuLabel(label), Glib::ustring());
     item->set_action_and_target(action, Choice::create(id));
     menu.append_item(item);
 }

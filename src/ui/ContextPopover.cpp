@@ -1,5 +1,7 @@
 #include "ui/ContextPopover.h"
 
+#include "ui/Menus.h"
+
 namespace corvel {
 
 ContextPopover::~ContextPopover() {
@@ -27,6 +29,7 @@ void ContextPopover::popup(const Glib::RefPtr<Gio::MenuModel>& menu,
     origin.translate_coordinates(m_owner, at.get_x(), at.get_y(), x, y);
     m_popover->set_pointing_to(
         {static_cast<int>(x), static_cast<int>(y), at.get_width(), at.get_height()});
+    focusFirstOfSubmenus(*m_popover);
     m_popover->signal_closed().connect(m_giveFocus);
     m_popover->popup();
 }

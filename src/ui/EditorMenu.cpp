@@ -1,6 +1,7 @@
 #include "ui/EditorMenu.h"
 
 #include "app/texts/EditorTexts.h"
+#include "ui/Menus.h"
 
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/eventcontrollerkey.h>
@@ -57,6 +58,9 @@ void EditorMenu::addKeys() {
         [this](guint key, guint, Gdk::ModifierType modifiers) {
             const bool isShift = (modifiers & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
             if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShift)) return false;
+            // Keys that a text takes do not show where the focus is.
+            if (auto* root = m_view.get_root())
+                gtk_window_set_focus_visible(GTK_WINDOW(root->gobj()), TRUE);
             openAtCursor();
             return true;
         },
@@ -96,11 +100,7 @@ void EditorMenu::add(Gio::Menu& menu,
                      const Handler& handler) {
     const auto action = m_actions->add_action(name, handler);
     action->set_enabled(isEnabled);
-    // An underscore in a word would be taken for a mnemonic.
-    std::string plain;
-    for (const char byte : label)
-        plain += byte == '_' ? std::string("__") : std::string(1, byte);
-    menu.append(plain, std::string(kPrefix) + "." + name);
+    menu.append(menuLabel(label), std::string(kPrefix) + "." + name);
 }
 
 void EditorMenu::addSpelling(Gio::Menu& menu) {

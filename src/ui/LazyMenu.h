@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/Menus.h"
+
 #include <giomm/menumodel.h>
 #include <gtkmm/menubutton.h>
 
@@ -10,7 +12,9 @@ namespace corvel {
 inline void setLazyMenu(Gtk::MenuButton& button, const Glib::RefPtr<Gio::MenuModel>& menu) {
     button.unset_popover();
     button.set_create_popup_func([&button, menu] {
-        if (button.get_menu_model() != menu) button.set_menu_model(menu);
+        if (button.get_menu_model() == menu) return;
+        button.set_menu_model(menu);
+        focusFirstOfSubmenus(*button.get_popover());
     });
 }
 
