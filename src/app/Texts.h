@@ -41,7 +41,6 @@ inline constexpr Text noteIsPartial{"Początek bardzo dużej notatki, do odczytu
 inline constexpr Text noteIsLarge{"Duża notatka: bez kolorów i zawijania wierszy",
                                   "Large note: no colours, no line wrapping"};
 inline constexpr Text noteFolders{"Foldery notatki", "Folders of the note"};
-inline constexpr Text noFoldersYet{"Nie ma jeszcze folderów", "No folders yet"};
 inline constexpr Text saving{"Zapisywanie…", "Saving…"};
 inline constexpr Text saved{"Zapisano", "Saved"};
 inline constexpr Text savedAt{"Zapisano %1", "Saved %1"};

@@ -23,6 +23,20 @@ bool sameShape(const std::vector<Tag>& a, const std::vector<Tag>& b) {
         });
 }
 
+constexpr int kMostDepth = 32;
+
+std::string pathOf(const Folder& folder, const std::vector<Folder>& all) {
+    std::string path = folder.name;
+    auto parentID = folder.parentID;
+    for (int depth = 0; parentID && depth < kMostDepth; ++depth) {
+        const auto parent = std::ranges::find(all, *parentID, &Folder::id);
+        if (parent == all.end()) break;
+        path.insert(0, parent->name + " / ");
+        parentID = parent->parentID;
+    }
+    return path;
+}
+
 }  // namespace
 
 SidebarViewModel::SidebarViewModel(Library& library,
@@ -83,13 +97,16 @@ void SidebarViewModel::deleteFolder(const Uuid& id) {
     changeFolders("Error deleting folder:", [&] { m_library.folders.deleteFolder(id); });
 }
 
-std::vector<Folder> SidebarViewModel::allFolders() const {
+std::vector<FolderChoice> SidebarViewModel::allFolders() const {
     std::vector<Folder> all;
     logged("Error loading folders:", [&] { all = m_library.folders.fetchAllFolders(); });
-    std::stable_sort(all.begin(), all.end(), [&](const Folder& a, const Folder& b) {
-        return text::collate(a.name, b.name, m_texts.languageCode()) < 0;
+    std::vector<FolderChoice> choices;
+    for (const Folder& folder : all)
+        choices.push_back({folder.id, pathOf(folder, all)});
+    std::ranges::stable_sort(choices, [&](const auto& a, const auto& b) {
+        return text::collate(a.path, b.path, m_texts.languageCode()) < 0;
     });
-    return all;
+    return choices;
 }
 
 std::vector<Uuid> SidebarViewModel::folderIDsOf(const Uuid& noteID) const {

@@ -19,6 +19,12 @@ namespace corvel {
 
 class Library;
 
+/// A folder to put notes into.
+struct FolderChoice {
+    Uuid id;
+    std::string path;  ///< its name after those of the folders it lies in
+};
+
 /// The sidebar's counts, folder tree and tag tree, and what can be done with folders. Reloads on
 /// `folderDidChange` and, from the loop's idle time, whenever a note was
 /// written. Failures of the store are printed as one line
@@ -44,8 +50,8 @@ public:
                                        const std::optional<Uuid>& parentID);
     void renameFolder(const Uuid& id, const std::string& name);
     void deleteFolder(const Uuid& id);
-    /// Every folder by name in the interface language, for the "add to folder" menu.
-    std::vector<Folder> allFolders() const;
+    /// Every folder for the "add to folder" menu, in the order of the interface language.
+    std::vector<FolderChoice> allFolders() const;
     std::vector<Uuid> folderIDsOf(const Uuid& noteID) const;
 
     /// True when one of the notes is already in another folder than the target: move or add must be

@@ -7,16 +7,18 @@
 
 namespace corvel {
 
-void FolderDialogs::create(Gtk::Window& parent) {
+void FolderDialogs::createFor(Gtk::Window& parent, std::vector<Uuid> noteIDs) {
     const auto& texts = m_session.texts;
-    askForText(
-        parent,
-        {texts(texts::newFolder),
-         texts(texts::folderName),
-         {},
-         texts(texts::cancel),
-         texts(texts::create)},
-        [this](const std::string& name) { m_session.sidebar.createFolder(name, std::nullopt); });
+    askForText(parent,
+               {texts(texts::newFolder),
+                texts(texts::folderName),
+                {},
+                texts(texts::cancel),
+                texts(texts::create)},
+               [this, ids = std::move(noteIDs)](const std::string& name) {
+                   const auto folder = m_session.sidebar.createFolder(name, std::nullopt);
+                   if (folder && !ids.empty()) m_session.list.addToFolder(ids, folder->id);
+               });
 }
 
 void FolderDialogs::createIn(Gtk::Window& parent,

@@ -15,7 +15,9 @@ class FolderDialogs {
 public:
     explicit FolderDialogs(Session& session) : m_session(session) {}
 
-    void create(Gtk::Window& parent);
+    void create(Gtk::Window& parent) { createFor(parent, {}); }
+    /// The notes go into the new folder.
+    void createFor(Gtk::Window& parent, std::vector<Uuid> noteIDs);
     void createIn(Gtk::Window& parent, const Uuid& folderID, const std::string& folderName);
     void rename(Gtk::Window& parent, const Uuid& folderID, const std::string& folderName);
     void remove(Gtk::Window& parent, const Uuid& folderID, const std::string& folderName);

@@ -4,17 +4,17 @@
 #include "ui/Accessible.h"
 
 #include <giomm/themedicon.h>
+#include <gtkmm/button.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/image.h>
 #include <gtkmm/scrolledwindow.h>
+#include <gtkmm/window.h>
 
 #include <algorithm>
 
 namespace corvel {
 
 namespace {
-
-constexpr int kMostDepth = 32;
 
 bool holds(const std::vector<Uuid>& ids, const Uuid& id) {
     return std::ranges::find(ids, id) != ids.end();
@@ -23,7 +23,7 @@ bool holds(const std::vector<Uuid>& ids, const Uuid& id) {
 }  // namespace
 
 FolderPicker::FolderPicker(Session& session)
-    : m_session(session), m_rows(Gtk::Orientation::VERTICAL, 2) {
+    : m_session(session), m_dialogs(session), m_rows(Gtk::Orientation::VERTICAL, 2) {
     set_has_frame(false);
     m_face.set_spacing(6);
     m_face.append(*Gtk::make_managed<Gtk::Image>(Gio::ThemedIcon::create("folder-symbolic")));
@@ -44,26 +44,13 @@ FolderPicker::FolderPicker(Session& session)
     refresh();
 }
 
-std::string FolderPicker::pathOf(const Folder& folder, const std::vector<Folder>& all) const {
-    std::string path = folder.name;
-    auto parentID = folder.parentID;
-    for (int depth = 0; parentID && depth < kMostDepth; ++depth) {
-        const auto parent = std::ranges::find(all, *parentID, &Folder::id);
-        if (parent == all.end()) break;
-        path.insert(0, parent->name + " / ");
-        parentID = parent->parentID;
-    }
-    return path;
-}
-
 std::string FolderPicker::names() const {
     const auto& note = m_session.editor.note();
     if (!note || note->folderIDs.empty()) return m_session.texts(texts::unfiled);
-    const auto all = m_session.sidebar.allFolders();
     std::string joined;
-    for (const Folder& folder : all) {
+    for (const auto& folder : m_session.sidebar.allFolders()) {
         if (!holds(note->folderIDs, folder.id)) continue;
-        joined += (joined.empty() ? "" : ", ") + pathOf(folder, all);
+        joined += (joined.empty() ? "" : ", ") + folder.path;
     }
     return joined;
 }
@@ -79,16 +66,25 @@ void FolderPicker::fill() {
     while (auto* row = m_rows.get_first_child())
         m_rows.remove(*row);
     if (!note) return;
-    const auto all = m_session.sidebar.allFolders();
-    for (const Folder& folder : all) {
-        auto& row = *Gtk::make_managed<Gtk::CheckButton>(pathOf(folder, all));
+    for (const auto& folder : m_session.sidebar.allFolders()) {
+        auto& row = *Gtk::make_managed<Gtk::CheckButton>(folder.path);
         row.set_active(holds(note->folderIDs, folder.id));
         row.signal_toggled().connect([this, &row, id = folder.id] { file(id, row.get_active()); });
         m_rows.append(row);
     }
-    if (!all.empty()) return;
-    auto& none = *Gtk::make_managed<Gtk::Label>(m_session.texts(texts::noFoldersYet));
-    m_rows.append(none);
+    addNewFolder();
+}
+
+void FolderPicker::addNewFolder() {
+    auto& button = *Gtk::make_managed<Gtk::Button>(m_session.texts(texts::newFolder));
+    button.set_has_frame(false);
+    button.signal_clicked().connect([this] {
+        m_popover.popdown();
+        const auto& note = m_session.editor.note();
+        auto* window = dynamic_cast<Gtk::Window*>(get_root());
+        if (note && window != nullptr) m_dialogs.createFor(*window, {note->id});
+    });
+    m_rows.append(button);
 }
 
 void FolderPicker::file(const Uuid& folderID, bool isIn) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Session.h"
+#include "ui/FolderDialogs.h"
 
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
@@ -18,11 +19,12 @@ public:
 
 private:
     void fill();
-    std::string pathOf(const Folder& folder, const std::vector<Folder>& all) const;
+    void addNewFolder();
     std::string names() const;
     void file(const Uuid& folderID, bool isIn);
 
     Session& m_session;
+    FolderDialogs m_dialogs;
     Gtk::Popover m_popover;
     Gtk::Box m_rows;
     Gtk::Box m_face;

@@ -49,10 +49,12 @@ NoteListPane::NoteListPane(Session& session, const CommandMenus& menus, Toasts& 
     , m_menus(menus)
     , m_toasts(toasts)
     , m_view(session)
+    , m_dialogs(session)
     , m_menu(session,
              *this,
              {.removing = [this](const auto& operation) { removing(operation); },
               .deletePermanently = [this] { askToDelete(); },
+              .toNewFolder = [this](const auto& ids) { fileInNewFolder(ids); },
               .giveFocus = [this] { focusList(); }}) {
     add_css_class("corvel-list");
     buildHeader();
@@ -234,6 +236,10 @@ std::string NoteListPane::whatStays(const std::vector<Uuid>& ids) const {
     if (std::ranges::none_of(ids, isLocalFile)) return {};
     return std::string(" ") +
            m_session.texts(ids.size() == 1 ? texts::fileStays : texts::filesStay);
+}
+
+void NoteListPane::fileInNewFolder(const std::vector<Uuid>& ids) {
+    if (auto* window = dynamic_cast<Gtk::Window*>(get_root())) m_dialogs.createFor(*window, ids);
 }
 
 void NoteListPane::askToDelete() {

@@ -3,6 +3,7 @@
 #include "app/Session.h"
 #include "ui/Adw.h"
 #include "ui/CommandMenus.h"
+#include "ui/FolderDialogs.h"
 #include "ui/NoteListView.h"
 #include "ui/NoteMenu.h"
 #include "ui/Toasts.h"
@@ -34,6 +35,7 @@ public:
     /// question.
     void performOnSelected(CommandID command);
     /// Deletes the selected notes for good, after a question.
+    void fileInNewFolder(const std::vector<Uuid>& ids);
     void askToDelete();
     std::string whatStays(const std::vector<Uuid>& ids) const;
 
@@ -73,6 +75,7 @@ private:
     Gtk::SearchEntry m_search;
     Gtk::Stack m_stack;
     NoteListView m_view;
+    FolderDialogs m_dialogs;
     adw::StatusPage m_empty;
     Gtk::Button m_emptyNew;
     Gtk::Button m_emptyImport;

@@ -1,6 +1,7 @@
 #include "ui/NoteMenu.h"
 
 #include "app/Texts.h"
+#include "ui/Menus.h"
 
 #include <giomm/simpleaction.h>
 
@@ -90,7 +91,7 @@ std::vector<Uuid> NoteMenu::foldersOfAll(bool& inAny) const {
 }
 
 Glib::RefPtr<Gio::Menu> NoteMenu::folderMenu(const std::vector<Uuid>& inAll) {
-    auto menu = Gio::Menu::create();
+    const auto folders = Gio::Menu::create();
     int number = 0;
     for (const auto& folder : m_session.sidebar.allFolders()) {
         const bool isIn = std::find(inAll.begin(), inAll.end(), folder.id) != inAll.end();
@@ -106,8 +107,14 @@ Glib::RefPtr<Gio::Menu> NoteMenu::folderMenu(const std::vector<Uuid>& inAll) {
             });
         });
         m_actions->add_action(action);
-        menu->append(folder.name, "note." + name);
+        folders->append(menuLabel(folder.path), "note." + name);
     }
+    const auto making = Gio::Menu::create();
+    addItem(*making, "new-folder", texts::newFolder,
+            [this] { m_callbacks.toNewFolder(m_noteIDs); });
+    auto menu = Gio::Menu::create();
+    menu->append_section(folders);
+    menu->append_section(making);
     return menu;
 }
 

@@ -15,12 +15,13 @@ namespace corvel {
 /// The context menu of the selected notes.
 class NoteMenu {
 public:
-    /// What the menu cannot do alone: both concern the notes it was opened for.
+    /// What the menu cannot do alone, for the notes it was opened for.
     struct Callbacks {
         /// Runs an operation that may take the notes off the list.
         std::function<void(const std::function<void()>&)> removing;
-        std::function<void()> deletePermanently;  ///< asks first
-        std::function<void()> giveFocus;          ///< to the list, when the menu is closed
+        std::function<void()> deletePermanently;                    ///< asks first
+        std::function<void(const std::vector<Uuid>&)> toNewFolder;  ///< asks for its name
+        std::function<void()> giveFocus;  ///< to the list, when the menu is closed
     };
 
     NoteMenu(Session& session, Gtk::Widget& owner, Callbacks callbacks);

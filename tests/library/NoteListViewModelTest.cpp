@@ -221,8 +221,10 @@ TEST_F(NoteListViewModelTest, TheSidebarFollowsNotesAndFolders) {
     sidebar.renameFolder(parent->id, "ź");
     sidebar.createFolder("ó", std::nullopt);
     sidebar.createFolder("p", std::nullopt);
-    EXPECT_EQ(sidebar.allFolders().front().name, "c");
-    EXPECT_EQ(sidebar.allFolders().back().name, "ź");
+    std::vector<std::string> paths;
+    for (const auto& folder : sidebar.allFolders())
+        paths.push_back(folder.path);
+    EXPECT_THAT(paths, ElementsAre("ó", "p", "ź", "ź / c"));
     sidebar.deleteFolder(parent->id);
     EXPECT_EQ(sidebar.unfiledCount, 1);
     const int before = changes;
