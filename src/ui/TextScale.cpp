@@ -16,7 +16,11 @@ int widthForText(int width, double most) {
 void widenColumnForText(GtkWidget* page) {
     if (ADW_IS_CLAMP(page)) {
         auto* column = ADW_CLAMP(page);
-        adw_clamp_set_maximum_size(column, widthForText(adw_clamp_get_maximum_size(column)));
+        const int usual = adw_clamp_get_maximum_size(column);
+        const int width = widthForText(usual);
+        adw_clamp_set_maximum_size(column, width);
+        // Rows that need much room would otherwise make the columns of two pages differ.
+        if (width > usual) adw_clamp_set_tightening_threshold(column, width);
         return;
     }
     for (auto* child = gtk_widget_get_first_child(page); child != nullptr;
