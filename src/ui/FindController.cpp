@@ -250,19 +250,34 @@ void FindController::replaceAll() {
     if (!m_view.get_editable() || matches.empty()) return showStatus(Wrapped::no);
     const editing::SearchMatch range{matches.front().begin, matches.back().end};
     const auto count = std::to_string(matches.size());
-    const int cursor = place().begin;
-    const int sizeBefore = gtk_text_buffer_get_char_count(m_buffer);
+    const std::string replacement = m_bar.replacement();
+    const int top = m_search->placeAfterAll(firstVisible(), replacement);
+    m_origin = m_search->placeAfterAll(place().begin, replacement);
     m_isReplacing = true;
-    replaceRange(range, m_search->allReplaced(m_bar.replacement()));
+    replaceRange(range, m_search->allReplaced(replacement));
     m_isReplacing = false;
-    const int grown = gtk_text_buffer_get_char_count(m_buffer) - sizeBefore;
-    const int place = cursor < range.end ? std::min(cursor, range.begin) : cursor + grown;
-    const auto at = iterAt(place);
-    gtk_text_buffer_place_cursor(m_buffer, &at);
-    m_origin = place;
+    const auto cursor = iterAt(m_origin);
+    gtk_text_buffer_place_cursor(m_buffer, &cursor);
+    scrollTo(top);
     clearMarks();
     m_search.reset();
     m_bar.setStatus(m_texts.format(texts::replacedCount, {count}), FindBar::Mood::plain);
+}
+
+int FindController::firstVisible() const {
+    Gdk::Rectangle seen;
+    m_view.get_visible_rect(seen);
+    GtkTextIter first;
+    gtk_text_view_get_iter_at_location(m_view.gobj(), &first, seen.get_x(), seen.get_y());
+    return gtk_text_iter_get_offset(&first);
+}
+
+// The view keeps its place by marks, which the replaced text has taken along.
+void FindController::scrollTo(int offset) {
+    const auto at = iterAt(offset);
+    auto* mark = gtk_text_buffer_create_mark(m_buffer, nullptr, &at, TRUE);
+    gtk_text_view_scroll_to_mark(m_view.gobj(), mark, 0, TRUE, 0, 0);
+    gtk_text_buffer_delete_mark(m_buffer, mark);
 }
 
 // --- marks

@@ -56,6 +56,8 @@ private:
     editing::SearchMatch place() const;
     void leaveMatch();
     GtkTextIter iterAt(int offset) const;
+    int firstVisible() const;
+    void scrollTo(int offset);
 
     Gtk::TextView& m_view;
     FindBar& m_bar;

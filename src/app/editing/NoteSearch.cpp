@@ -75,6 +75,11 @@ char32_t unitsAt(std::u16string_view text, std::int64_t position) {
     return static_cast<char32_t>(character);
 }
 
+std::int32_t charactersIn(std::string_view utf8) {
+    return static_cast<std::int32_t>(std::ranges::count_if(
+        utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
 }  // namespace
 
 /// The expression over the text. ICU calls back while it looks for a match and while it tries one
@@ -288,6 +293,16 @@ std::string NoteSearch::allReplaced(std::string_view replacement) {
         result += replacementFor(i, replacement);
     }
     return result;
+}
+
+std::int32_t NoteSearch::placeAfterAll(std::int32_t place, std::string_view replacement) {
+    std::int32_t grown = 0;
+    for (std::size_t i = 0; i < m_matches.size() && m_matches[i].begin < place; ++i) {
+        const auto& match = m_matches[i];
+        if (match.end > place) return match.begin + grown;
+        grown += charactersIn(replacementFor(i, replacement)) - (match.end - match.begin);
+    }
+    return place + grown;
 }
 
 }  // namespace corvel::editing

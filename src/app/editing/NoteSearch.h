@@ -63,6 +63,8 @@ public:
     std::string replacementFor(std::size_t index, std::string_view replacement);
     /// The text from the first match to the last, with all of them replaced.
     std::string allReplaced(std::string_view replacement);
+    /// Where the character at `place` is once all are replaced; one in a match goes to its start.
+    std::int32_t placeAfterAll(std::int32_t place, std::string_view replacement);
 
 private:
     class Engine;

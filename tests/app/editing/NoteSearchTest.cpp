@@ -54,6 +54,16 @@ TEST(NoteSearch, GoesRoundAtTheEnds) {
     EXPECT_FALSE(search.indexOf({1, 2}).has_value());
 }
 
+TEST(NoteSearch, KnowsWhereAPlaceIsAfterAllAreReplaced) {
+    NoteSearch search({"(k)ot", true, false, true});
+    finish(search, "kot, 😀 kot; kot");
+    EXPECT_EQ(search.allReplaced("$1rólik"), "królik, 😀 królik; królik");
+    EXPECT_EQ(search.placeAfterAll(0, "$1rólik"), 0);
+    EXPECT_EQ(search.placeAfterAll(5, "$1rólik"), 8) << "the picture";
+    EXPECT_EQ(search.placeAfterAll(9, "$1rólik"), 10) << "in the second match";
+    EXPECT_EQ(search.placeAfterAll(15, ""), 6);
+}
+
 TEST(NoteSearch, ReplacesGroupsOnlyForExpressions) {
     const SearchQuery pattern{"(\\w+)@(\\w+)", true, false, true};
     EXPECT_EQ(replaced(pattern, "to ja@dom ty@praca.", "$2\\n$1 $9\\$"),
