@@ -1,5 +1,6 @@
 #include "app/ExportSession.h"
 
+#include "app/texts/DataTexts.h"
 #include "export/ExportTexts.h"
 #include "platform/DistantVolumes.h"
 #include "platform/Handle.h"
@@ -14,6 +15,23 @@ namespace corvel {
 namespace {
 
 constexpr std::size_t kMostNamed = 5;  // failures that the message names
+
+/// What to do about a file that could not be written.
+const Text& adviceFor(const GError& error) {
+    switch (error.code) {
+        case G_FILE_ERROR_NOSPC:
+            return texts::exportFaultFull;
+        case G_FILE_ERROR_ACCES:
+        case G_FILE_ERROR_PERM:
+        case G_FILE_ERROR_ROFS:
+            return texts::exportFaultNotWritable;
+        case G_FILE_ERROR_NOENT:
+        case G_FILE_ERROR_NOTDIR:
+            return texts::exportFaultGone;
+        default:
+            return texts::exportFaultOther;
+    }
+}
 
 }  // namespace
 
@@ -170,12 +188,13 @@ std::optional<ExportError> ExportSession::writeBytes(const std::filesystem::path
                                                      const std::string& bytes) const {
     constexpr auto kBesideAndRename =
         static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT);
-    if (auto error = silenceOf(file)) return error;
-    const bool isWritten =
-        g_file_set_contents_full(file.c_str(), bytes.data(), static_cast<gssize>(bytes.size()),
-                                 kBesideAndRename, 0666, nullptr) != FALSE;
-    if (isWritten) return std::nullopt;
-    return ExportError(ExportError::Kind::fileWriteFailed);
+    if (auto silence = silenceOf(file)) return silence;
+    GError* failure = nullptr;
+    g_file_set_contents_full(file.c_str(), bytes.data(), static_cast<gssize>(bytes.size()),
+                             kBesideAndRename, 0666, &failure);
+    const Handle<GError, g_error_free> error(failure);
+    if (!error) return std::nullopt;
+    return ExportError(ExportError::Kind::fileWriteFailed, m_texts(adviceFor(*error)));
 }
 
 }  // namespace corvel

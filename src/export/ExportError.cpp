@@ -11,7 +11,7 @@ std::string ExportError::description(const Localisation& texts) const {
         case Kind::encodingFailed:
             return "Failed to encode content";
         case Kind::fileWriteFailed:
-            return "Failed to write file";
+            return std::string("Failed to write file") + (*what() != 0 ? "\n" : "") + what();
         case Kind::tooComplex:
             return texts(texts::exportTooComplex);
         case Kind::platformFailed:

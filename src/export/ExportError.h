@@ -7,7 +7,8 @@
 
 namespace corvel {
 
-/// Why an export failed. `what()` is the detail in the words of the library or system below.
+/// Why an export failed. `what()` is the detail in the words of the library or system below; of a
+/// file that was not written, a sentence for the user.
 class ExportError : public std::runtime_error {
 public:
     enum class Kind {

@@ -19,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 /// Answers in its own time, as the real ones do: the note's text, or an error where the text asks
@@ -121,10 +122,11 @@ TEST_F(ExportSessionTest, AWriteThatFailsLeavesWhatWasThere) {
     const bool isWritten = session.write(target / "note.html");
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_FALSE(isWritten);
-    EXPECT_EQ(session.errorMessage(), "Failed to write file");
+    EXPECT_THAT(session.errorMessage(), StartsWith("Failed to write file\nZapis"));
     EXPECT_EQ(contentOf(target / "note.html"), "before");
     EXPECT_THAT(names(), UnorderedElementsAre("note.html")) << "nothing half written beside it";
     EXPECT_FALSE(session.write(target / "no" / "such" / "folder.html"));
+    EXPECT_THAT(session.errorMessage(), HasSubstr("miejsce zniknęło"));
 }
 
 TEST_F(ExportSessionTest, PutsSeveralNotesIntoAFolderBesideWhatIsThere) {
