@@ -4,6 +4,7 @@
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -16,7 +17,8 @@ PdfTask task() {
             "[{\"href\":\"#\xC5\xBC\"}]",
             {595, 842, 56.7},
             "Say &quot;hi&quot;",
-            {"Say \"hi\"\nżółw", "pl", Color{0.1, 0.25, 1}}};
+            {"Say \"hi\"\nżółw", "pl", Color{0.1, 0.25, 1}},
+            {"/9j/", "AAAA"}};
 }
 
 TEST(PdfTask, ComesWholeToTheHelper) {
@@ -29,6 +31,7 @@ TEST(PdfTask, ComesWholeToTheHelper) {
     EXPECT_EQ(came.description.title, sent.description.title);
     EXPECT_EQ(came.description.language, "pl");
     EXPECT_EQ(came.description.paper, sent.description.paper);
+    EXPECT_EQ(came.photos, sent.photos);
     EXPECT_THROW(pdfTaskFrom("{}\n[]"), ExportError);
     EXPECT_THROW(pdfTaskFrom(""), ExportError);
 }
@@ -48,6 +51,15 @@ TEST(MarkColors, AreNoneThatThePageNames) {
     EXPECT_EQ(MarkColors::unusedIn("<p>#fd is 253</p> rgb").red, 252);
     EXPECT_EQ(MarkColors::unusedIn("#fff rgb(253,0,0) RGBA( 252 , 1, 1) #FB0000").red, 250);
     EXPECT_EQ(MarkColors::unusedIn("argh(253) (253) #").red, 253);
+}
+
+TEST(PdfPhotos, AreFoundInThePageOnceEach) {
+    EXPECT_THAT(
+        photosIn("<img src=\"data:image/jpeg;base64,QQ==\"><img src='data:image/png;base64,Qg'>"
+                 "<p style=\"background: url(data:image/jpg;base64,Qw==)\">"
+                 "<img src=\"data:image/jpeg;base64,QQ==\"> data:image/jpeg;base64,"),
+        testing::ElementsAre("", "QQ==", "Qw=="));
+    EXPECT_TRUE(photosIn("data:image/jp").empty());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "export/PDFExporter.h"
 #include "markdown/DataUrl.h"
+#include "platform/Handle.h"
 #include "platform/gtk/WebKitPrintView.h"
 #include "platform/gtk/WebRoom.h"
 #include "support/FileContent.h"
@@ -7,6 +8,7 @@
 #include "support/TemporaryFolder.h"
 #include "themes/BuiltInThemes.h"
 
+#include <gdkmm/pixbuf.h>
 #include <gtest/gtest.h>
 #include <gtkmm/init.h>
 
@@ -141,6 +143,34 @@ TEST_F(PDFExporterTest, ShowsPicturesAndKeepsHeadingsWithTheirText) {
         const std::string page = last.substr(last.rfind('\f', last.size() - 2) + 1);
         EXPECT_NE(page.find("Stranded"), std::string::npos) << lines << " lines:\n" << page;
     }
+}
+
+std::string photo() {
+    constexpr int kSide = 200;
+    const auto pixels = Gdk::Pixbuf::create(Gdk::Colorspace::RGB, false, 8, kSide, kSide);
+    for (int y = 0; y < kSide; ++y) {
+        for (int x = 0; x < kSide; ++x) {
+            guint8* pixel = pixels->get_pixels() + y * pixels->get_rowstride() + x * 3;
+            pixel[0] = static_cast<guint8>(x);
+            pixel[1] = static_cast<guint8>(y);
+            pixel[2] = static_cast<guint8>(x * y / 100);
+        }
+    }
+    gchar* bytes = nullptr;
+    gsize size = 0;
+    pixels->save_to_buffer(bytes, size, "jpeg");
+    const Handle<gchar, g_free> owner(bytes);
+    return {bytes, size};
+}
+
+TEST_F(PDFExporterTest, KeepsPhotosAsTheFilesTheyWere) {
+    const std::string file = photo();
+    const auto url = dataUrl(
+        "image/jpeg", std::span(reinterpret_cast<const std::uint8_t*>(file.data()), file.size()));
+    const auto pdf = exported("", "![one](" + url + ")\n\n![again](" + url + ")\n").string();
+    outputOf("pdfimages -all " + pdf + " " + (folder.path() / "photo").string());
+    EXPECT_EQ(contentOf(folder.path() / "photo-000.jpg"), file);
+    EXPECT_EQ(outputOf("pdftoppm -r 20 " + pdf + " " + (folder.path() / "seen").string()), "");
 }
 
 TEST_F(PDFExporterTest, LinksLeadToAnchorsOfRawHtml) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "export/pdf/MarkFilter.h"
+#include "export/pdf/PdfPhotos.h"
 #include "export/pdf/Qpdf.h"
 #include "themes/Color.h"
 
@@ -32,6 +33,8 @@ public:
     /// Lays the sheets of `overlay`, a PDF of as many pages, over the pages.
     void addRunningLines(const std::string& overlay, const std::optional<Color>& paper);
     void describe(const PdfDescription& description);
+    /// Gives pictures that were JPEG files their form back; see PdfPhotos.h.
+    void usePhotos(const std::vector<std::string>& photos) { restorePhotos(m_pdf, photos); }
     std::string bytes();
 
 private:

@@ -57,6 +57,7 @@ void PdfJob::start(const PDFExporter::PrintViewMaker& makeView, const std::strin
         return fail(ExportError(Kind::fileWriteFailed, error.code().message()));
     }
     m_colors = MarkColors::unusedIn(page);
+    m_photos = photosIn(page);
     m_view = makeView(m_order.paper);
     m_delegate = std::make_unique<PDFNavigationDelegate>(
         m_view->page(), [weak = weak_from_this()](const std::optional<std::string>& error) {
@@ -85,8 +86,12 @@ void PdfJob::marked(const std::string& json, const std::optional<std::string>& e
 
 void PdfJob::printed(const std::optional<std::string>& error) {
     if (failedWith(error)) return;
-    const PdfTask task{m_colors, std::move(m_marks), m_order.paper, runningTitle(title()),
-                       m_order.description};
+    const PdfTask task{m_colors,
+                       std::move(m_marks),
+                       m_order.paper,
+                       runningTitle(title()),
+                       m_order.description,
+                       std::move(m_photos)};
     // Hundreds of pages take a second: the window must not wait for them.
     runHelper({{kThisProgram, kPdfFinisherOption, printedFile()}, textOf(task), {}}, m_cancellable,
               [weak = weak_from_this()](HelperOutcome outcome) {

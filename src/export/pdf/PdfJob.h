@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace corvel {
 
@@ -49,6 +50,7 @@ private:
     Exporter::Done m_done;
     MarkColors m_colors;
     std::string m_marks;  // as JSON
+    std::vector<std::string> m_photos;
     std::unique_ptr<WorkingFolder> m_folder;
     std::unique_ptr<PrintView> m_view;
     std::unique_ptr<PDFNavigationDelegate> m_delegate;

@@ -10,7 +10,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace corvel {
 
@@ -35,18 +38,29 @@ std::string standardInput() {
     return text;
 }
 
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const auto end = std::min(text.find('\n', begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
 std::string finished(const char* printed, const PdfTask& task) {
     PdfFinisher finisher(printed);
     finisher.useMarks(task.colors, marksFrom(task.marks));
     finisher.addRunningLines(runningLines(finisher.pageCount(), task.paper, task.header),
                              task.description.paper);
     finisher.describe(task.description);
+    finisher.usePhotos(task.photos);
     return finisher.bytes();
 }
 
 }  // namespace
 
-// One line, and the marks behind it: they are as long as the note has links and headings.
+// By lines: the order, the marks, the photos.
 std::string textOf(const PdfTask& task) {
     const Json order{{"red", task.colors.red},
                      {"sheet", {task.paper.width, task.paper.height, task.paper.margin}},
@@ -54,21 +68,26 @@ std::string textOf(const PdfTask& task) {
                      {"title", task.description.title},
                      {"language", task.description.language},
                      {"paper", jsonOf(task.description.paper)}};
-    return order.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n" + task.marks;
+    std::string text = order.dump(-1, ' ', false, Json::error_handler_t::replace);
+    text.append("\n").append(task.marks);
+    for (const auto& photo : task.photos)
+        text.append("\n").append(photo);
+    return text;
 }
 
 PdfTask pdfTaskFrom(const std::string& text) {
     try {
-        const auto end = std::min(text.find('\n'), text.size());
-        const auto order =
-            Json::parse(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end));
+        auto lines = linesOf(text);
+        lines.resize(std::max<std::size_t>(lines.size(), 2));
+        const auto order = Json::parse(lines[0]);
         const auto& sheet = order.at("sheet");
         return {{order.at("red").get<int>()},
-                text.substr(end),
+                std::move(lines[1]),
                 {sheet.at(0).get<double>(), sheet.at(1).get<double>(), sheet.at(2).get<double>()},
                 order.at("header").get<std::string>(),
                 {order.at("title").get<std::string>(), order.at("language").get<std::string>(),
-                 colorFrom(order.at("paper"))}};
+                 colorFrom(order.at("paper"))},
+                {std::move_iterator(lines.begin() + 2), std::move_iterator(lines.end())}};
     } catch (const Json::exception& error) {
         throw ExportError(ExportError::Kind::platformFailed, error.what());
     }

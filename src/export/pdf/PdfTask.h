@@ -5,6 +5,7 @@
 #include "platform/PrintView.h"
 
 #include <string>
+#include <vector>
 
 namespace corvel {
 
@@ -17,6 +18,7 @@ struct PdfTask {
     PaperSize paper;
     std::string header;  ///< at the top of every page
     PdfDescription description;
+    std::vector<std::string> photos;  ///< that the page embeds, as base64
 };
 
 /// The task as the helper process reads it.
