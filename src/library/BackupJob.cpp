@@ -161,6 +161,7 @@ bool BackupJob::copyPages(Clock::time_point end) {
         m_changes = changesOf(m_controller);
         state = m_copy->step(kPagesAtOnce);
     }
+    m_copy->beginWriting();
     if (m_progress) m_progress(m_copy->fraction());
     return state != DatabaseCopy::State::done;
 }

@@ -2,6 +2,8 @@
 
 #include "platform/MainThread.h"
 
+#include <fcntl.h>
+
 namespace corvel {
 
 namespace {
@@ -24,7 +26,9 @@ Handle<sqlite3, sqlite3_close_v2> openNew(const std::filesystem::path& file) {
 }  // namespace
 
 DatabaseCopy::DatabaseCopy(Database& from, const std::filesystem::path& to)
-    : m_to(openNew(to)), m_backup(sqlite3_backup_init(m_to.get(), "main", from.handle(), "main")) {
+    : m_file(::open(to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644))
+    , m_to(openNew(to))
+    , m_backup(sqlite3_backup_init(m_to.get(), "main", from.handle(), "main")) {
     if (!m_backup) {
         throw StoreError(faultOfSqlite(sqlite3_errcode(m_to.get())), sqlite3_errmsg(m_to.get()));
     }
@@ -39,6 +43,10 @@ DatabaseCopy::State DatabaseCopy::step(int pages) {
     m_backup.reset();
     m_to.reset();
     return State::done;
+}
+
+void DatabaseCopy::beginWriting() const {
+    ::sync_file_range(m_file.get(), 0, 0, SYNC_FILE_RANGE_WRITE);  // a hint: it need not work
 }
 
 double DatabaseCopy::fraction() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Database.h"
+#include "platform/FileDescriptor.h"
 #include "platform/Handle.h"
 
 #include <sqlite3.h>
@@ -22,10 +23,14 @@ public:
 
     /// Throws StoreError: the copy then is of no use.
     State step(int pages);
+    /// Lets the disk begin with what was copied so far, and does not wait for it. Otherwise that
+    /// gathers in memory, and whoever syncs a file meanwhile waits for much of it.
+    void beginWriting() const;
     /// Of the pages, from 0 to 1.
     double fraction() const;
 
 private:
+    FileDescriptor m_file;
     Handle<sqlite3, sqlite3_close_v2> m_to;
     Handle<sqlite3_backup, sqlite3_backup_finish> m_backup;
 };
