@@ -2,8 +2,10 @@
 #include "library/Library.h"
 #include "library/NoteText.h"
 #include "model/PersistenceController.h"
+#include "platform/ScopedConnection.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
+#include "support/LoopSlices.h"
 
 #include <benchmark/benchmark.h>
 #include <glibmm/init.h>
@@ -11,7 +13,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -37,7 +38,7 @@ Note noteOf(const LibraryGenerator& generator, std::size_t number) {
 }
 
 /// How long the main loop is held up while a library of 300 MB is backed up and one note is saved
-/// five times a second.
+/// five times a second, a save being a turn of its own.
 class BackupBench {
 public:
     BackupBench()
@@ -61,35 +62,19 @@ public:
             isGood = outcome.made.has_value();
             if (outcome.made) m_bytes = outcome.made->bytes;
         });
-        const auto context = Glib::MainContext::get_default();
-        auto lastSave = Clock::now();
-        while (!isDone) {
-            context->iteration(true);  // waits for the next slice
-            if (Clock::now() - lastSave > kBetweenSaves) {
+        const ScopedConnection saving(Glib::signal_timeout().connect(
+            [this] {
                 save();
-                lastSave = Clock::now();
-            }
-            // What is ready, without the wait.
-            const auto start = Clock::now();
-            const auto cpuStart = std::clock();
-            if (!context->pending()) continue;
-            context->iteration(false);
-            m_slices.push_back(
-                std::chrono::duration<double, std::milli>(Clock::now() - start).count());
-            m_longestCpu = std::max(m_longestCpu, std::clock() - cpuStart);
-        }
+                return true;
+            },
+            static_cast<unsigned>(kBetweenSaves.count())));
+        m_slices.runUntil([&isDone] { return isDone; });
         return isGood;
     }
 
     void report(benchmark::State& state) {
-        std::sort(m_slices.begin(), m_slices.end());
-        if (m_slices.empty()) return;
+        m_slices.report(state);
         state.counters["MB"] = static_cast<double>(m_bytes) / 1e6;
-        state.counters["slices"] = static_cast<double>(m_slices.size());
-        state.counters["p99_slice_ms"] = m_slices[m_slices.size() * 99 / 100];
-        state.counters["longest_slice_ms"] = m_slices.back();
-        state.counters["costliest_slice_ms"] =
-            1000.0 * static_cast<double>(m_longestCpu) / CLOCKS_PER_SEC;
         std::sort(m_saves.begin(), m_saves.end());
         if (m_saves.empty()) return;
         state.counters["median_save_ms"] = m_saves[m_saves.size() / 2];
@@ -109,9 +94,8 @@ private:
     Library m_library;
     Note m_note;
     std::uintmax_t m_bytes = 0;
-    std::vector<double> m_slices;
+    LoopSlices m_slices;
     std::vector<double> m_saves;
-    std::clock_t m_longestCpu = 0;
 };
 
 void backUp(benchmark::State& state) {
