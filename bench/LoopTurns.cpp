@@ -53,6 +53,7 @@ private:
 }  // namespace
 
 // In place of the system's; the toolkit's loop waits by it.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int poll(pollfd* files, nfds_t count, int timeout) {
     using Poll = int (*)(pollfd*, nfds_t, int);
     static const auto wait = reinterpret_cast<Poll>(dlsym(RTLD_NEXT, "poll"));
