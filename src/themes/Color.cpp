@@ -77,11 +77,14 @@ Color mixed(const Color& a, const Color& b, double share) {
     return {part(a.red, b.red), part(a.green, b.green), part(a.blue, b.blue), 1.0};
 }
 
-Color underWhiteText(Color color) {
+Color readableOn(Color color, const Color& ground) {
+    const Color black;
     const Color white{1, 1, 1};
+    // One of them has a contrast of more than 4.5 to any ground.
+    const Color& end = contrast(ground, black) > contrast(ground, white) ? black : white;
     color.alpha = 1;
-    while (contrast(color, white) < kReadable)
-        color = mixed(color, {}, 0.97);
+    while (contrast(color, ground) < kReadable)
+        color = mixed(color, end, 0.97);
     return color;
 }
 

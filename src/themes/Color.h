@@ -28,7 +28,13 @@ double contrast(const Color& a, const Color& b);
 /// `share` of `a`, the rest of `b`.
 Color mixed(const Color& a, const Color& b, double share);
 
-/// `color`, brought towards black until white text on it is readable (contrast of at least 4.5).
-Color underWhiteText(Color color);
+/// `color`, brought towards black or white until it is readable as text on `ground` (contrast of at
+/// least 4.5).
+Color readableOn(Color color, const Color& ground);
+
+/// `color`, brought towards black until white text on it is readable.
+inline Color underWhiteText(const Color& color) {
+    return readableOn(color, {1, 1, 1});
+}
 
 }  // namespace corvel

@@ -67,7 +67,7 @@ textview.note-editor text selection { background-color: @corvel_selection; color
 .find-bar { padding: 6px 8px; }
 .find-bar .find-status { font-size: 92%; font-feature-settings: "tnum"; }
 .find-bar .find-status.error { color: @error_color; }
-.find-bar .find-switch { padding: 0 8px; font-size: 92%; }
+.find-bar .find-switch { padding: 0 6px; font-size: 92%; }
 .find-bar button.image-button { min-width: 28px; padding: 0; }
 .note-status { border-top: 1px solid @borders; padding: 0 16px; min-height: 29px; font-size: 82%; }
 .note-status > * { opacity: 0.8; }
@@ -135,7 +135,7 @@ std::string colorDefinitions(const ThemeColors& colors) {
     const Color list = mixed(editor, sidebar, 0.5);
     const std::string text = hexString(read(colors.editorText));
     const std::string above = hexString(mixed(editor, {1, 1, 1}, isDark ? 0.88 : 0.5));
-    return define("accent_color", hexString(read(colors.accent))) +
+    return define("accent_color", hexString(readableOn(read(colors.accent), list))) +
            define("accent_bg_color", hexString(underWhiteText(read(colors.accent)))) +
            define("accent_fg_color", "#FFFFFF") + define("window_bg_color", hexString(list)) +
            define("window_fg_color", text) + define("view_bg_color", hexString(editor)) +

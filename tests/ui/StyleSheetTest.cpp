@@ -16,7 +16,7 @@ constexpr double kReadable = 4.5;
 /// What a style sheet says, found by its own words.
 class Rules {
 public:
-    explicit Rules(const Theme& theme) : m_css(StyleSheet::css(theme, 1, 15)) {}
+    explicit Rules(const Theme& theme) : m_css("\n" + StyleSheet::css(theme, 1, 15)) {}
 
     Color color(const std::string& name) const {
         return colorFromHex(after("@define-color " + name + " "));
@@ -61,6 +61,7 @@ TEST_P(Contrast, OfEveryTextOnItsPaneIsEnough) {
     readable(sidebarText, sidebar, 1, "sidebar");
     readable(sidebarText, sidebar, rules.opacity(".count"), "count");
     readable(sidebarText, sidebar, rules.opacity(".section-heading"), "section heading");
+    readable(rules.color("accent_color"), list, 1, "suggested answer of a dialog");
     readable(text, list, rules.opacity(".note-excerpt"), "excerpt");
     readable(text, list, rules.opacity(".note-date"), "date");
     readable(rules.color("corvel_editor_text"), editor, 1, "note");
