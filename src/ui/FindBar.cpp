@@ -10,7 +10,7 @@ namespace corvel {
 
 namespace {
 
-constexpr int kEntryCharacters = 8;  // smallest width; the buttons leave the fields the rest
+constexpr int kEntryCharacters = 4;  // smallest width; the buttons leave the fields the rest
 constexpr int kGap = 6;
 
 }  // namespace
