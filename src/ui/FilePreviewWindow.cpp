@@ -37,6 +37,7 @@ FilePreviewWindow::FilePreviewWindow(Session& session, std::filesystem::path pat
     header().packStart(m_import);
     read();
     FilePreviewWindow::relabel();
+    m_page.focusPage();
 }
 
 FilePreviewWindow::~FilePreviewWindow() {
