@@ -198,6 +198,10 @@ void ImportFlow::finished(const ImportReport& report) {
     if (!report.wasCancelled && report.unchanged != 0) {
         title = texts.format(texts::importUnchanged, {notes, std::to_string(report.unchanged)});
     }
+    if (!report.skipped.empty()) {
+        title =
+            texts.format(texts::importWithSkipped, {title, std::to_string(report.skipped.size())});
+    }
     if (report.skipped.empty() && report.missingImages.empty() && !report.wasCancelled) {
         m_toasts.show(title);
     } else {
