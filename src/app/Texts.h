@@ -28,6 +28,7 @@ inline constexpr Text titlePlaceholder{"Tytuł", "Title"};
 inline constexpr Text noNoteOpen{"Wybierz notatkę", "Select a note"};
 inline constexpr Text noNoteOpenDetail{"Notatka wybrana z listy otworzy się tutaj.",
                                        "A note chosen from the list opens here."};
+inline constexpr Text noNoteYet{"Tu otworzy się notatka", "Your note opens here"};
 inline constexpr Text createNote{"Nowa notatka", "New Note"};
 inline constexpr Text readingTime{"%1 min czytania", "%1 min read"};
 inline constexpr Text noteIsTrashed{"Ta notatka jest w koszu.", "This note is in the trash."};

@@ -280,6 +280,8 @@ void NoteListPane::searchStateChanged() {
 void NoteListPane::focusList() {
     if (m_session.list.size() > 0) {
         m_view.focusSelected();
+    } else if (m_emptyNew.get_mapped()) {
+        m_emptyNew.grab_focus();
     } else {
         m_search.grab_focus();
     }

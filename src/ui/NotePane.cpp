@@ -91,7 +91,6 @@ void NotePane::buildTrashBar() {
 
 void NotePane::buildEmptyState() {
     m_create.add_css_class("pill");
-    m_create.add_css_class("suggested-action");
     m_create.set_halign(Gtk::Align::CENTER);
     m_create.set_action_name(std::string("win.") +
                              AppCommands::command(CommandID::newNote).actionName);
@@ -99,6 +98,15 @@ void NotePane::buildEmptyState() {
     m_empty.widget().set_vexpand(true);
     m_stack.add(m_empty.widget(), kEmptyPage);
     m_stack.add(m_several.widget(), kSeveralPage);
+}
+
+// There is nothing to select before the first note, which the list offers to make.
+void NotePane::labelEmptyState() {
+    const auto& say = m_session.texts;
+    const bool hasNotes = m_session.sidebar.allNotesCount > 0;
+    m_empty.set("accessories-text-editor-symbolic",
+                say(hasNotes ? texts::noNoteOpen : texts::noNoteYet),
+                hasNotes ? say(texts::noNoteOpenDetail) : "");
 }
 
 void NotePane::showPage() {
@@ -128,6 +136,7 @@ void NotePane::follow() {
         if (m_title.get_text().raw() != title) m_title.set_text(title);
         m_isFilling = false;
     }));
+    keep(m_session.sidebar.signalChanged().connect([this] { labelEmptyState(); }));
     keep(m_session.state.editorMode.signalChanged().connect([this] { applyMode(); }));
     keep(m_session.state.selectedCount.signalChanged().connect([this] { showPage(); }));
     keep(m_session.sidebar.signalChanged().connect([this] { m_status.refreshFolders(); }));
@@ -260,8 +269,7 @@ void NotePane::relabel() {
     setAccessibleLabel(m_body, say(texts::editorAndPreview));
     m_trashText.set_text(say(texts::noteIsTrashed));
     m_restore.set_label(say(texts::restore));
-    m_empty.set("accessories-text-editor-symbolic", say(texts::noNoteOpen),
-                say(texts::noNoteOpenDetail));
+    labelEmptyState();
     m_create.set_label(say(texts::createNote));
     m_several.refresh();
     m_status.refresh(statusNotice());

@@ -47,6 +47,7 @@ private:
     void build();
     void buildTrashBar();
     void buildEmptyState();
+    void labelEmptyState();
     void showPage();
     void follow();
     void followTitleKeys();
