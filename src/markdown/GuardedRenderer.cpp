@@ -49,14 +49,15 @@ void GuardedRenderer::render(std::string markdown,
     if (risk == MarkdownRisk::ordinary) {
         return renderSoon(std::move(markdown), cancellable, std::move(done));
     }
-    HelperTask task{
-        {m_executable, kMarkdownHelperOption}, markdown, limitFor(risk, markdown.size())};
+    const milliseconds limit = limitFor(risk, markdown.size());
+    std::string input = markdown;
     auto answer = [markdown = std::move(markdown), cancellable,
                    done = std::move(done)](HelperOutcome outcome) {
         if (cancellable && cancellable->is_cancelled()) return done({{}, true});
         done(outcome.isGood ? RenderOutcome{std::move(outcome.output)} : plainText(markdown));
     };
-    runHelper(std::move(task), cancellable, std::move(answer));
+    HelperProcess({m_executable, kMarkdownHelperOption})
+        .work(std::move(input), cancellable, std::move(answer), limit);
 }
 
 }  // namespace corvel

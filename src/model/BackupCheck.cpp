@@ -96,11 +96,11 @@ int runBackupCheck(const char* store) {
 void BackupChecker::check(const std::filesystem::path& store,
                           const Glib::RefPtr<Gio::Cancellable>& cancellable,
                           Done done) const {
-    runHelper({{m_executable, kBackupCheckOption, store}, {}, {}}, cancellable,
-              [cancellable, done = std::move(done)](const HelperOutcome& outcome) {
-                  if (cancellable->is_cancelled()) return;
-                  done(outcome.isGood ? verdictFrom(outcome.output) : BackupVerdict{});
-              });
+    const auto answer = [cancellable, done = std::move(done)](const HelperOutcome& outcome) {
+        if (cancellable->is_cancelled()) return;
+        done(outcome.isGood ? verdictFrom(outcome.output) : BackupVerdict{});
+    };
+    HelperProcess({m_executable, kBackupCheckOption, store}).work({}, cancellable, answer);
 }
 
 }  // namespace corvel

@@ -1,8 +1,5 @@
 #include "platform/HelperProcess.h"
 
-#include "platform/Handle.h"
-
-#include <gio/gio.h>
 #include <glibmm/main.h>
 #include <sigc++/connection.h>
 
@@ -14,13 +11,11 @@ namespace corvel {
 
 namespace {
 
-using Done = std::function<void(HelperOutcome)>;
-
-/// One process under way.
+/// One process at its work.
 struct Running {
-    HelperTask task;
-    Done done;
     GObjectHandle<GSubprocess> process;
+    std::string input;
+    HelperProcess::Done done;
     sigc::connection timer;
 };
 
@@ -59,16 +54,26 @@ void finished(GObject*, GAsyncResult* result, gpointer data) {
 
 }  // namespace
 
-void runHelper(HelperTask task, const Glib::RefPtr<Gio::Cancellable>& cancellable, Done done) {
-    auto running = std::make_unique<Running>(Running{std::move(task), std::move(done), {}, {}});
-    running->process = launch(running->task.command);
-    if (!running->process) {
-        Glib::signal_idle().connect_once([done = std::move(running->done)] { done({}); },
+HelperProcess::HelperProcess(const std::vector<std::string>& command)
+    : m_process(launch(command)) {}
+
+HelperProcess::~HelperProcess() {
+    if (m_process) g_subprocess_force_exit(m_process.get());
+}
+
+void HelperProcess::work(std::string input,
+                         const Glib::RefPtr<Gio::Cancellable>& cancellable,
+                         Done done,
+                         Limit limit) {
+    if (!m_process) {
+        Glib::signal_idle().connect_once([done = std::move(done)] { done({}); },
                                          Glib::PRIORITY_DEFAULT);
         return;
     }
+    auto running = std::make_unique<Running>(
+        Running{std::move(m_process), std::move(input), std::move(done), {}});
     auto* const process = running->process.get();
-    if (const auto limit = running->task.limit) {
+    if (limit) {
         const auto end = [process] {
             g_subprocess_force_exit(process);
             return false;
@@ -77,8 +82,8 @@ void runHelper(HelperTask task, const Glib::RefPtr<Gio::Cancellable>& cancellabl
     }
     // A helper that ends before it has read everything must not end this program.
     std::signal(SIGPIPE, SIG_IGN);
-    const std::string& input = running->task.input;
-    const Handle<GBytes, g_bytes_unref> bytes(g_bytes_new_static(input.data(), input.size()));
+    const Handle<GBytes, g_bytes_unref> bytes(
+        g_bytes_new_static(running->input.data(), running->input.size()));
     g_subprocess_communicate_async(process, bytes.get(),
                                    cancellable ? cancellable->gobj() : nullptr, finished,
                                    running.release());

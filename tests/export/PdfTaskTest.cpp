@@ -40,8 +40,8 @@ TEST(PdfTask, AFileThatIsNoPdfIsToldInWords) {
     const TemporaryFolder folder;
     const auto file = folder.write("page.pdf", "not printed at all");
     std::optional<HelperOutcome> outcome;
-    runHelper({{kThisProgram, kPdfFinisherOption, file}, textOf(task()), {}}, {},
-              [&](HelperOutcome answer) { outcome = std::move(answer); });
+    HelperProcess({kThisProgram, kPdfFinisherOption, file})
+        .work(textOf(task()), {}, [&](HelperOutcome answer) { outcome = std::move(answer); });
     ASSERT_TRUE(turnUntil([&] { return outcome.has_value(); }));
     EXPECT_FALSE(outcome->isGood);
     EXPECT_NE(outcome->output.find("page.pdf"), std::string::npos) << outcome->output;

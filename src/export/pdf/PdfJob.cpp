@@ -47,6 +47,7 @@ void PdfJob::cancel() {
     m_done = {};
     m_delegate.reset();
     m_view.reset();
+    m_finisher.reset();
     m_folder.reset();
 }
 
@@ -78,6 +79,10 @@ void PdfJob::loaded(const std::optional<std::string>& error) {
 void PdfJob::marked(const std::string& json, const std::optional<std::string>& error) {
     if (failedWith(error)) return;
     m_marks = json;
+    // Hundreds of pages take a second to finish: the window must not wait for them. The process
+    // makes itself ready while the view prints.
+    const std::vector<std::string> finisher{kThisProgram, kPdfFinisherOption, printedFile()};
+    m_finisher = std::make_unique<HelperProcess>(finisher);
     m_view->print(printedFile(), m_order.paper,
                   [weak = weak_from_this()](const std::optional<std::string>& failure) {
                       if (const auto self = weak.lock()) self->printed(failure);
@@ -92,11 +97,9 @@ void PdfJob::printed(const std::optional<std::string>& error) {
                        runningTitle(title()),
                        m_order.description,
                        std::move(m_photos)};
-    // Hundreds of pages take a second: the window must not wait for them.
-    runHelper({{kThisProgram, kPdfFinisherOption, printedFile()}, textOf(task), {}}, m_cancellable,
-              [weak = weak_from_this()](HelperOutcome outcome) {
-                  if (const auto self = weak.lock()) self->finished(std::move(outcome));
-              });
+    m_finisher->work(textOf(task), m_cancellable, [weak = weak_from_this()](HelperOutcome outcome) {
+        if (const auto self = weak.lock()) self->finished(std::move(outcome));
+    });
 }
 
 void PdfJob::finished(HelperOutcome outcome) {

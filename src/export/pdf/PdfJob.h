@@ -54,6 +54,7 @@ private:
     std::unique_ptr<WorkingFolder> m_folder;
     std::unique_ptr<PrintView> m_view;
     std::unique_ptr<PDFNavigationDelegate> m_delegate;
+    std::unique_ptr<HelperProcess> m_finisher;
     ScopedConnection m_cancelled;
 };
 

@@ -95,6 +95,7 @@ PdfTask pdfTaskFrom(const std::string& text) {
 
 int runPdfFinisher(const char* printed) {
     try {
+        runningLines(1, {1, 1, 0}, "1");  // finds the fonts while the file is still printed
         const std::string bytes = finished(printed, pdfTaskFrom(standardInput()));
         const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
         return isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
