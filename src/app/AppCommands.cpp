@@ -289,7 +289,10 @@ AppCommands::AppCommands(AppState& state,
     : m_state(state)
     , m_notifications(notifications)
     , m_preferences(preferences)
-    , m_openWindow(std::move(openWindow)) {}
+    , m_openWindow(std::move(openWindow))
+    , m_mode(state.editorMode.get())
+    , m_modeChanged(state.editorMode.signalChanged().connect(
+          [this] { m_modeBefore = std::exchange(m_mode, m_state.editorMode.get()); })) {}
 
 std::span<const Command> AppCommands::table() {
     return kCommands;
@@ -390,7 +393,7 @@ bool AppCommands::postNoteAction(NoteActionType type) {
 
 // A second use goes back to the editor alone.
 void AppCommands::toggleMode(EditorMode mode) {
-    m_state.editorMode.set(m_state.editorMode.get() == mode ? EditorMode::editor : mode);
+    m_state.editorMode.set(m_mode == mode ? m_modeBefore : mode);
 }
 
 }  // namespace corvel

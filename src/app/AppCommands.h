@@ -4,6 +4,7 @@
 #include "app/settings/Localisation.h"
 #include "library/NoteAction.h"
 #include "platform/NotificationCenter.h"
+#include "platform/ScopedConnection.h"
 
 #include <functional>
 #include <span>
@@ -102,12 +103,16 @@ public:
 private:
     /// False when no single note is selected.
     bool postNoteAction(NoteActionType type);
+    /// Back to the mode before, when it is that mode already.
     void toggleMode(EditorMode mode);
 
     AppState& m_state;
     NotificationCenter& m_notifications;
     Preferences& m_preferences;
     WindowOpener m_openWindow;
+    EditorMode m_mode;
+    EditorMode m_modeBefore = EditorMode::editor;
+    ScopedConnection m_modeChanged;
 };
 
 }  // namespace corvel
