@@ -154,6 +154,7 @@ void MainWindow::connect() {
     });
     m_layout.signalChanged().connect([this] { showSidebarButton(); });
     m_list.signalActivated().connect([this] { m_note.focusEditor(); });
+    m_list.signalRename().connect([this] { m_note.focusTitle(); });
     m_connections.emplace_back(
         m_session.preferences.signalChanged().connect([this](const std::string& key) {
             if (key == "appLanguage") relabel();
@@ -278,6 +279,7 @@ void MainWindow::perform(CommandID command) {
         case CommandID::commandPalette:
             return m_palette.open(PaletteViewModel::Kind::commands);
         case CommandID::goToNote:
+            m_session.editor.save();  // the open note is listed by the title it has
             return m_palette.open(PaletteViewModel::Kind::notes);
         case CommandID::shortcuts:
             return showShortcutsWindow(m_window, m_session.texts);

@@ -178,6 +178,10 @@ bool NoteListPane::keyPressed(guint key, Gdk::ModifierType modifiers) {
         deleteSelected();
         return true;
     }
+    if (key == GDK_KEY_F2) {
+        m_rename.emit();
+        return true;
+    }
     if (key == GDK_KEY_Escape && m_session.state.isSearchActive.get()) {
         leaveSearch();
         return true;

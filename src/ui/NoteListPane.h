@@ -35,12 +35,13 @@ public:
     /// question.
     void performOnSelected(CommandID command);
     /// Deletes the selected notes for good, after a question.
-    void fileInNewFolder(const std::vector<Uuid>& ids);
     void askToDelete();
     std::string whatStays(const std::vector<Uuid>& ids) const;
 
     /// Enter in the list: the note is to be edited.
     sigc::signal<void()>& signalActivated() { return m_view.signalActivated(); }
+    /// F2 in the list: the note's title is to be edited.
+    sigc::signal<void()>& signalRename() { return m_rename; }
 
 private:
     void buildHeader();
@@ -52,6 +53,7 @@ private:
     bool searchKeyPressed(guint key);
     void openMenu(const Gdk::Rectangle& at);
     void deleteSelected();
+    void fileInNewFolder(const std::vector<Uuid>& ids);
     void removing(const std::function<void()>& operation);
     void enterList();
     void leaveSearch();
@@ -80,6 +82,7 @@ private:
     Gtk::Button m_emptyNew;
     Gtk::Button m_emptyImport;
     NoteMenu m_menu;
+    sigc::signal<void()> m_rename;
     std::vector<ScopedConnection> m_connections;
 };
 

@@ -35,7 +35,7 @@ struct OtherKey {
 constexpr std::array kTextKeys{OtherKey{texts::undoEdit, "&lt;Ctrl&gt;Z"},
                                OtherKey{texts::redoEdit, "&lt;Ctrl&gt;&lt;Shift&gt;Z"}};
 constexpr std::array kListKeys{
-    OtherKey{texts::contextMenu, "&lt;Shift&gt;F10 Menu"}, OtherKey{texts::renameFolder, "F2"},
+    OtherKey{texts::contextMenu, "&lt;Shift&gt;F10 Menu"}, OtherKey{texts::rename, "F2"},
     OtherKey{texts::moveToTrash, "Delete"}, OtherKey{texts::undoOfMessage, "&lt;Ctrl&gt;Z"},
     OtherKey{texts::leaveSearch, "Escape"}};
 
