@@ -101,6 +101,7 @@ std::vector<FolderChoice> SidebarViewModel::allFolders() const {
     std::vector<Folder> all;
     logged("Error loading folders:", [&] { all = m_library.folders.fetchAllFolders(); });
     std::vector<FolderChoice> choices;
+    choices.reserve(all.size());
     for (const Folder& folder : all)
         choices.push_back({folder.id, pathOf(folder, all)});
     std::ranges::stable_sort(choices, [&](const auto& a, const auto& b) {

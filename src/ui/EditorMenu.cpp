@@ -6,6 +6,7 @@
 #include <gdk/gdkkeysyms.h>
 #include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/gestureclick.h>
+#include <gtkmm/root.h>
 
 namespace corvel {
 
