@@ -393,7 +393,8 @@ bool AppCommands::postNoteAction(NoteActionType type) {
 
 // A second use goes back to the editor alone.
 void AppCommands::toggleMode(EditorMode mode) {
-    m_state.editorMode.set(m_mode == mode ? m_modeBefore : mode);
+    const auto back = mode == EditorMode::preview ? m_modeBefore : EditorMode::editor;
+    m_state.editorMode.set(m_mode == mode ? back : mode);
 }
 
 }  // namespace corvel

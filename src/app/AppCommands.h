@@ -103,7 +103,7 @@ public:
 private:
     /// False when no single note is selected.
     bool postNoteAction(NoteActionType type);
-    /// Back to the mode before, when it is that mode already.
+    /// When it is that mode already: from the preview back to what was before, else to the editor.
     void toggleMode(EditorMode mode);
 
     AppState& m_state;

@@ -244,11 +244,15 @@ void NotePane::followScrolling() {
 void NotePane::applyMode() {
     const EditorMode mode = m_session.state.editorMode.get();
     const bool hadFocus = m_editor.hasTextFocus();
+    const bool wasRead =
+        !m_tools.get_visible() &&
+        (m_preview.get_state_flags() & Gtk::StateFlags::FOCUS_WITHIN) != Gtk::StateFlags{};
     m_tools.set_visible(mode != EditorMode::preview);
     m_preview.set_visible(mode != EditorMode::editor);
     m_header.followMode();
     if (hadFocus && mode == EditorMode::preview)
         m_preview.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    if (wasRead && mode != EditorMode::preview) m_editor.focusText();
 }
 
 std::string NotePane::statusNotice() const {

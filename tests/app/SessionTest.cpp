@@ -213,8 +213,7 @@ TEST_F(SessionTest, CommandsPostSetOrOpen) {
     activate(CommandID::togglePreview);
     EXPECT_EQ(session->state.editorMode.get(), EditorMode::split) << "as it was before";
     activate(CommandID::toggleSplitView);
-    EXPECT_EQ(session->state.editorMode.get(), EditorMode::preview);
-    session->state.editorMode.set(EditorMode::editor);
+    EXPECT_EQ(session->state.editorMode.get(), EditorMode::editor);
     activate(CommandID::togglePreview);
     activate(CommandID::togglePreview);
     EXPECT_EQ(session->state.editorMode.get(), EditorMode::editor);
