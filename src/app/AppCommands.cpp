@@ -391,7 +391,7 @@ bool AppCommands::postNoteAction(NoteActionType type) {
     return true;
 }
 
-// A second use goes back to the editor alone.
+// A second use goes back: from the preview to the view before, from the split view to the editor.
 void AppCommands::toggleMode(EditorMode mode) {
     const auto back = mode == EditorMode::preview ? m_modeBefore : EditorMode::editor;
     m_state.editorMode.set(m_mode == mode ? back : mode);
