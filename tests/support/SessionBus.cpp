@@ -1,23 +1,16 @@
 #include "support/SessionBus.h"
 
 #include "platform/Handle.h"
-#include "support/TemporaryFolder.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <string>
 
 namespace corvel {
 
 namespace {
-
-constexpr const char* kConfiguration =
-    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/>
-<allow eavesdrop="true"/><allow own="*"/></policy></busconfig>)";
 
 std::string firstLineOf(GInputStream* stream) {
     const GObjectHandle<GDataInputStream> lines(g_data_input_stream_new(stream));
@@ -31,7 +24,7 @@ std::string firstLineOf(GInputStream* stream) {
 class SessionBus::Daemon {
 public:
     Daemon() {
-        const auto file = "--config-file=" + m_folder.write("bus.conf", kConfiguration).string();
+        const std::string file = "--config-file=" CORVEL_TEST_DATA "/support/session-bus.conf";
         m_process.reset(g_subprocess_new(
             static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
                                           G_SUBPROCESS_FLAGS_STDERR_SILENCE),
@@ -55,7 +48,6 @@ public:
     void tell() const { setenv("DBUS_SESSION_BUS_ADDRESS", m_address.c_str(), 1); }
 
 private:
-    TemporaryFolder m_folder;
     GObjectHandle<GSubprocess> m_process;
     std::string m_address;
     GObjectHandle<GDBusConnection> m_connection;
