@@ -167,7 +167,9 @@ TEST_F(PDFExporterTest, KeepsPhotosAsTheFilesTheyWere) {
     const std::string file = photo();
     const auto url = dataUrl(
         "image/jpeg", std::span(reinterpret_cast<const std::uint8_t*>(file.data()), file.size()));
-    const auto pdf = exported("", "![one](" + url + ")\n\n![again](" + url + ")\n").string();
+    const auto pdf =
+        exported("", "![one](" + url + ")\n\n<img loading=\"lazy\" src=\"" + url + "\">\n")
+            .string();
     outputOf("pdfimages -all " + pdf + " " + (folder.path() / "photo").string());
     EXPECT_EQ(contentOf(folder.path() / "photo-000.jpg"), file);
     EXPECT_EQ(outputOf("pdftoppm -r 20 " + pdf + " " + (folder.path() / "seen").string()), "");

@@ -13,7 +13,10 @@ namespace {
 
 constexpr std::string_view kScript = R"js(
 const patience = new Promise(resolve => setTimeout(resolve, 20000));
-const images = Array.from(document.images, image => image.decode().catch(() => {}));
+const images = Array.from(document.images, image => {
+    image.loading = 'eager';
+    return image.decode().catch(() => {});
+});
 await Promise.race([patience, Promise.all(images)]);
 // A heading stays with what it heads: room for that is kept free below it, and taken back.
 const room = 72;

@@ -10,8 +10,10 @@ namespace {
 
 using PaperHandle = Handle<GtkPaperSize, gtk_paper_size_free>;
 
-// On paper nothing can be scrolled aside.
+// On paper nothing can be scrolled aside. The page is laid out for paper alone: nobody sees it on
+// the screen.
 constexpr const char* kPaperRules = R"css(
+@media screen { body { display: none !important; } }
 pre, pre code { white-space: pre-wrap !important; overflow-wrap: anywhere !important; overflow: visible !important; }
 p, li, td, th, h1, h2, h3, h4, h5, h6 { overflow-wrap: anywhere; }
 h1, h2, h3, h4, h5, h6, img, tr { break-inside: avoid; }
