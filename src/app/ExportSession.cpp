@@ -181,7 +181,7 @@ bool ExportSession::write(const std::filesystem::path& file) {
 
 std::optional<ExportError> ExportSession::silenceOf(const std::filesystem::path& place) const {
     if (distantVolumes::answersFor(place)) return std::nullopt;
-    return ExportError(ExportError::Kind::platformFailed, m_texts(texts::exportNoAnswer));
+    return ExportError(ExportError::Kind::platformFailed, m_texts(texts::exportFaultSilent));
 }
 
 std::optional<ExportError> ExportSession::writeBytes(const std::filesystem::path& file,

@@ -9,8 +9,6 @@ inline constexpr Text exportTooComplex{
     "Tej notatki nie można przetworzyć w rozsądnym czasie. Uprość jej tabele lub powtarzające się "
     "znaczniki i spróbuj ponownie.",
     "This note takes too long to process. Simplify its tables or repeated marks and try again."};
-inline constexpr Text exportNoAnswer{"Dysk, na którym leży wybrane miejsce, nie odpowiada.",
-                                     "The disk that the chosen place is on does not answer."};
 inline constexpr Text exportNoteIsGone{"Tej notatki już nie ma.", "This note is gone."};
 inline constexpr Text exportedSome{"Wyeksportowano %1 z %2.", "Exported %1 of %2."};
 

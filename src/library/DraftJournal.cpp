@@ -15,19 +15,9 @@
 
 namespace corvel {
 
-namespace {
-
-std::size_t lengthOf(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
-}
-
-}  // namespace
-
 void DraftJournal::add(const TextEdit& edit) {
     if (m_folder.empty() || m_wholeText) return;
-    const std::size_t length = lengthOf(edit.inserted);
+    const std::size_t length = text::characterCount(edit.inserted);
     const bool goesOn = !m_edits.empty() && edit.removed == 0 &&
                         edit.offset == m_edits.back().offset + m_lastLength;
     if (goesOn) {

@@ -9,6 +9,7 @@
 #include <glibmm/main.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace corvel {
@@ -25,14 +26,16 @@ bool sameShape(const std::vector<Tag>& a, const std::vector<Tag>& b) {
 
 constexpr int kMostDepth = 32;
 
-std::string pathOf(const Folder& folder, const std::vector<Folder>& all) {
+using FoldersByID = std::unordered_map<Uuid, const Folder*>;
+
+std::string pathOf(const Folder& folder, const FoldersByID& all) {
     std::string path = folder.name;
     auto parentID = folder.parentID;
     for (int depth = 0; parentID && depth < kMostDepth; ++depth) {
-        const auto parent = std::ranges::find(all, *parentID, &Folder::id);
+        const auto parent = all.find(*parentID);
         if (parent == all.end()) break;
-        path.insert(0, parent->name + " / ");
-        parentID = parent->parentID;
+        path.insert(0, parent->second->name + " / ");
+        parentID = parent->second->parentID;
     }
     return path;
 }
@@ -100,10 +103,13 @@ void SidebarViewModel::deleteFolder(const Uuid& id) {
 std::vector<FolderChoice> SidebarViewModel::allFolders() const {
     std::vector<Folder> all;
     logged("Error loading folders:", [&] { all = m_library.folders.fetchAllFolders(); });
+    FoldersByID byID;
+    for (const Folder& folder : all)
+        byID.emplace(folder.id, &folder);
     std::vector<FolderChoice> choices;
     choices.reserve(all.size());
     for (const Folder& folder : all)
-        choices.push_back({folder.id, pathOf(folder, all)});
+        choices.push_back({folder.id, pathOf(folder, byID)});
     std::ranges::stable_sort(choices, [&](const auto& a, const auto& b) {
         return text::collate(a.path, b.path, m_texts.languageCode()) < 0;
     });

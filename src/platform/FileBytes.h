@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace corvel {
@@ -24,6 +25,20 @@ std::optional<Bytes> readAll(int file, std::size_t size) {
     }
     bytes.resize(filled);
     return bytes;
+}
+
+/// All that comes from `file`, a pipe for one, until its end. None when reading fails.
+inline std::optional<std::string> readToEnd(int file) {
+    constexpr std::size_t kChunk = std::size_t{256} * 1024;
+    std::string bytes;
+    for (;;) {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kChunk);
+        const ssize_t count = ::read(file, bytes.data() + size, kChunk);
+        bytes.resize(size + static_cast<std::size_t>(count > 0 ? count : 0));
+        if (count == 0) return bytes;
+        if (count < 0 && errno != EINTR) return std::nullopt;
+    }
 }
 
 /// False, with `errno` set, when not all could be written.

@@ -10,6 +10,7 @@
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <memory>
@@ -124,6 +125,11 @@ std::string withoutDiacritics(std::string_view text) {
     std::string result;
     icu::Normalizer2::getNFCInstance(status)->normalize(bare, status).toUTF8String(result);
     return result;
+}
+
+std::size_t characterCount(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::count_if(
+        text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
 std::string_view prefixByBytes(std::string_view text, std::size_t size) {

@@ -34,6 +34,9 @@ void foldForSearch(std::string_view text, std::string& folded);
 /// The longest start of `text` of at most `size` bytes that does not end inside a character.
 std::string_view prefixByBytes(std::string_view text, std::size_t size);
 
+/// Code points of well-formed text.
+std::size_t characterCount(std::string_view text);
+
 /// Word tokens by the word-break rules of UAX #29: segments with a letter, a digit, kana or an
 /// ideograph.
 std::int32_t wordCount(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include "platform/Characters.h"
 #include "platform/Handle.h"
+#include "platform/Text.h"
 
 #include <unicode/uregex.h>
 #include <unicode/ustring.h>
@@ -73,11 +74,6 @@ char32_t unitsAt(std::u16string_view text, std::int64_t position) {
     UChar32 character = 0;
     U16_NEXT(text, position, size, character);
     return static_cast<char32_t>(character);
-}
-
-std::int32_t charactersIn(std::string_view utf8) {
-    return static_cast<std::int32_t>(std::ranges::count_if(
-        utf8, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
 }  // namespace
@@ -300,7 +296,8 @@ std::int32_t NoteSearch::placeAfterAll(std::int32_t place, std::string_view repl
     for (std::size_t i = 0; i < m_matches.size() && m_matches[i].begin < place; ++i) {
         const auto& match = m_matches[i];
         if (match.end > place) return match.begin + grown;
-        grown += charactersIn(replacementFor(i, replacement)) - (match.end - match.begin);
+        const auto length = text::characterCount(replacementFor(i, replacement));
+        grown += static_cast<std::int32_t>(length) - (match.end - match.begin);
     }
     return place + grown;
 }

@@ -47,10 +47,11 @@ const mark = (element, record) => {
     }
     marks.push(record);
 };
-// A target without a box of its own, as an empty anchor is, is marked by one before it.
+// A target in which nothing shows, as an empty anchor, is marked by a place before it. The page is
+// not laid out yet: what it holds must tell.
 const visible = target => {
-    const isSeen = box => box.width > 0 && box.height > 0;
-    if (seen.has(target) || Array.from(target.getClientRects()).some(isSeen)) return target;
+    const shows = target.textContent.trim() !== '' || target.matches('img') || target.querySelector('img');
+    if (seen.has(target) || shows) return target;
     const place = document.createElement('span');
     place.style.cssText = 'position: absolute; width: 1px; height: 1em';
     target.before(place);

@@ -76,6 +76,13 @@ void restore(QPDF& pdf, std::multimap<std::size_t, Object>& pictures, const std:
     }
 }
 
+// Each search is as fast as memory is read, and none goes on behind what another found.
+std::size_t endOfAddress(std::string_view page, std::size_t from) {
+    for (const char end : {'"', '\'', ')'})
+        page = page.substr(0, page.find(end, from));
+    return page.size();
+}
+
 }  // namespace
 
 std::vector<std::string> photosIn(std::string_view page) {
@@ -87,7 +94,7 @@ std::vector<std::string> photosIn(std::string_view page) {
         if (page.substr(at, 1) == "e") ++at;
         if (!page.substr(at).starts_with(kEnd)) continue;
         at += kEnd.size();
-        const auto end = std::min(page.find_first_of("\"')", at), page.size());
+        const auto end = endOfAddress(page, at);
         found.insert(page.substr(at, end - at));
         at = end;
     }

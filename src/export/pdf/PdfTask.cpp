@@ -2,12 +2,12 @@
 
 #include "export/ExportError.h"
 #include "export/pdf/RunningLines.h"
+#include "platform/FileBytes.h"
 
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <iterator>
@@ -28,14 +28,6 @@ Json jsonOf(const std::optional<Color>& color) {
 std::optional<Color> colorFrom(const Json& json) {
     if (json.is_null()) return std::nullopt;
     return Color{json.at(0).get<double>(), json.at(1).get<double>(), json.at(2).get<double>()};
-}
-
-std::string standardInput() {
-    std::string text;
-    std::array<char, 65536> part{};
-    for (std::size_t count = 0; (count = std::fread(part.data(), 1, part.size(), stdin)) > 0;)
-        text.append(part.data(), count);
-    return text;
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -96,11 +88,10 @@ PdfTask pdfTaskFrom(const std::string& text) {
 int runPdfFinisher(const char* printed) {
     try {
         runningLines(1, {1, 1, 0}, "1");  // finds the fonts while the file is still printed
-        const std::string bytes = finished(printed, pdfTaskFrom(standardInput()));
-        const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
-        return isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
+        const auto task = pdfTaskFrom(readToEnd(STDIN_FILENO).value_or(""));
+        return writeAll(STDOUT_FILENO, finished(printed, task)) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& error) {
-        std::fputs(error.what(), stdout);
+        writeAll(STDOUT_FILENO, error.what());
         return EXIT_FAILURE;
     }
 }
