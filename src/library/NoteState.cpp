@@ -50,12 +50,8 @@ NoteState NoteState::read(Database& database, RowId row) {
     return state;
 }
 
-void NoteState::readFolders(Database& database, RowId row) {
-    folders = readKeys(database, "SELECT folderPk FROM noteFolder WHERE notePk=?", row);
-}
-
 void NoteState::readLinks(Database& database, RowId row) {
-    readFolders(database, row);
+    folders = readKeys(database, "SELECT folderPk FROM noteFolder WHERE notePk=?", row);
     textTags = readKeys(database, "SELECT tagPk FROM noteTag WHERE notePk=? AND isInText=1", row);
 }
 
@@ -64,24 +60,20 @@ NoteBookkeeping::NoteBookkeeping(Database& database, RowId row)
 
 void NoteBookkeeping::finish() {
     const NoteState after = NoteState::read(m_database, m_row);
-    if (after.exists) updateCopies(after);
-    finishWith(after);
-}
-
-void NoteBookkeeping::finishWith(const NoteState& after) {
+    if (after.exists) {
+        updateCopies(after);
+        updateFolderCount(after);
+    }
     CountChanges changes;
-    finishWith(after, changes);
+    changes.add(m_before, after);
     changes.write(m_database);
 }
 
-void NoteBookkeeping::finishWith(const NoteState& after, CountChanges& changes) {
-    changes.add(m_before, after);
-    if (after.exists && after.folders.size() != m_before.folders.size()) {
-        m_database.query("UPDATE note SET folderCount=? WHERE pk=?")
-            .bind(static_cast<std::int64_t>(after.folders.size()), m_row)
-            .run();
-    }
-    m_before = after;
+void NoteBookkeeping::updateFolderCount(const NoteState& after) {
+    if (after.folders.size() == m_before.folders.size()) return;
+    m_database.query("UPDATE note SET folderCount=? WHERE pk=?")
+        .bind(static_cast<std::int64_t>(after.folders.size()), m_row)
+        .run();
 }
 
 // The rows whose copies already agree are left alone: most changes touch none or all of them.

@@ -27,30 +27,22 @@ struct NoteState {
     /// The share of a record that is about to be stored: without folders and tags.
     static NoteState of(const Note& note);
     static NoteState read(Database& database, RowId row);
-    void readLinks(Database& database, RowId row);
-    void readFolders(Database& database, RowId row);
-};
 
-class CountChanges;
+private:
+    void readLinks(Database& database, RowId row);
+};
 
 /// Keeps the counts and copies in step with one note: made before a change of it, finished after.
 /// Only what differs is written.
 class NoteBookkeeping {
 public:
-    /// Says that the row was inserted just now and has no share in anything yet.
-    struct NewNote {};
-
     NoteBookkeeping(Database& database, RowId row);
-    NoteBookkeeping(Database& database, RowId row, NewNote) : m_database(database), m_row(row) {}
     /// Reads the state after the change.
     void finish();
-    /// For a caller that knows the state after the change and has written the copies itself.
-    void finishWith(const NoteState& after);
-    /// The same for one of many notes: its counts go to `changes`, which the caller writes.
-    void finishWith(const NoteState& after, CountChanges& changes);
 
 private:
     void updateCopies(const NoteState& after);
+    void updateFolderCount(const NoteState& after);
 
     Database& m_database;
     RowId m_row;

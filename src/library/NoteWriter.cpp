@@ -18,16 +18,22 @@ namespace noteWriter {
 
 namespace {
 
-void insertNoteRow(Database& database, const Note& note, const DerivedText& derived) {
+// With the count of its folders from the start: a count that changes moves the row between lists.
+RowId insertNoteRow(Database& database,
+                    const Note& note,
+                    const DerivedText& derived,
+                    std::size_t folderCount) {
     database
         .query(
             "INSERT INTO note(id, title, createdAt, modifiedAt, isPinned, isArchived, isTrashed,"
-            " trashedAt, wordCount, syncStatus, sourceFilePath, bookmarkData, excerpt)"
-            " VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?)")
+            " trashedAt, wordCount, syncStatus, sourceFilePath, bookmarkData, excerpt, folderCount)"
+            " VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)")
         .bind(note.id, note.title, note.createdAt, note.modifiedAt, note.isPinned, note.isArchived,
               note.isTrashed, note.trashedAt, derived.wordCount, static_cast<int>(note.syncStatus),
-              note.sourceFilePath, note.bookmarkData, derived.excerpt)
+              note.sourceFilePath, note.bookmarkData, derived.excerpt,
+              static_cast<std::int64_t>(folderCount))
         .run();
+    return database.lastInsertedRow();
 }
 
 // Lists of a tag rely on it: a note carries every prefix of its tags.
@@ -43,16 +49,26 @@ std::vector<std::string> pathsWithPrefixes(const std::vector<Tag>& tags) {
     return paths;
 }
 
-void fileInFolders(Database& database,
-                   RowId row,
-                   const std::vector<Uuid>& folderIDs,
-                   const NoteState& state) {
-    for (const Uuid& id : folderIDs) {
+// Ascending; those that are gone are left out.
+std::vector<std::int64_t> folderKeys(Database& database, const std::vector<Uuid>& ids) {
+    std::vector<std::int64_t> keys;
+    for (const Uuid& id : ids) {
+        auto query = database.query("SELECT pk FROM folder WHERE id=?");
+        query.bind(id);
+        if (query.next()) keys.push_back(query.integer(0));
+    }
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    return keys;
+}
+
+void fileInFolders(Database& database, RowId row, const NoteState& state) {
+    for (const auto folder : state.folders) {
         database
             .query(
-                "INSERT OR IGNORE INTO noteFolder(folderPk, notePk, isListed, isPinned, modifiedAt)"
-                " SELECT pk, ?, ?, ?, ? FROM folder WHERE id=?")
-            .bind(row, state.isListed(), state.isPinned, state.modifiedAt, id)
+                "INSERT INTO noteFolder(notePk, folderPk, isListed, isPinned, modifiedAt)"
+                " VALUES(?,?,?,?,?)")
+            .bind(row, folder, state.isListed(), state.isPinned, state.modifiedAt)
             .run();
     }
 }
@@ -63,19 +79,17 @@ void insertOne(Database& database,
                tagRows::TagKeys& tags,
                CountChanges& changes) {
     using tagRows::Source;
-    insertNoteRow(database, note, derived);
-    const RowId row = database.lastInsertedRow();
-    NoteBookkeeping bookkeeping(database, row, NoteBookkeeping::NewNote{});
     NoteState state = NoteState::of(note);
+    state.folders = folderKeys(database, note.folderIDs);
+    const RowId row = insertNoteRow(database, note, derived, state.folders.size());
     database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
         .bind(row, note.content)
         .run();
     tagRows::attach(database, row, pathsWithPrefixes(note.tags), Source::elsewhere, state, tags);
     state.textTags = tagRows::attach(database, row, derived.tagPaths, Source::text, state, tags);
     std::sort(state.textTags.begin(), state.textTags.end());
-    fileInFolders(database, row, note.folderIDs, state);
-    if (!note.folderIDs.empty()) state.readFolders(database, row);
-    bookkeeping.finishWith(state, changes);
+    fileInFolders(database, row, state);
+    changes.add({}, state);
 }
 
 // Several statements, so that an edit does not touch the indexes on what it leaves as it is.

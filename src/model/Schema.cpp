@@ -130,6 +130,48 @@ std::string listIndexes() {
     return sql;
 }
 
+// Version 3: a note's rows of tags and folders lie together, so that a save writes one page of them
+// and not one for each tag, and two trees hold them instead of three: the lists' indexes have all
+// rows and so serve the delete rules as well.
+constexpr const char* kRowsByNote = R"sql(
+DROP INDEX listTag;
+DROP INDEX listFolder;
+DROP INDEX noteTagByNote;
+DROP INDEX noteFolderByNote;
+ALTER TABLE noteTag RENAME TO noteTagBefore;
+ALTER TABLE noteFolder RENAME TO noteFolderBefore;
+CREATE TABLE noteTag(
+    notePk INTEGER NOT NULL REFERENCES note(pk) ON DELETE CASCADE,
+    tagPk INTEGER NOT NULL REFERENCES tag(pk) ON DELETE CASCADE,
+    isAttached INTEGER NOT NULL DEFAULT 1,
+    isInText INTEGER NOT NULL DEFAULT 0,
+    isListed INTEGER NOT NULL DEFAULT 0,
+    isPinned INTEGER NOT NULL DEFAULT 0,
+    modifiedAt INTEGER NOT NULL DEFAULT 0,
+    PRIMARY KEY(notePk, tagPk)
+) WITHOUT ROWID;
+CREATE TABLE noteFolder(
+    notePk INTEGER NOT NULL REFERENCES note(pk) ON DELETE CASCADE,
+    folderPk INTEGER NOT NULL REFERENCES folder(pk) ON DELETE CASCADE,
+    isListed INTEGER NOT NULL DEFAULT 0,
+    isPinned INTEGER NOT NULL DEFAULT 0,
+    modifiedAt INTEGER NOT NULL DEFAULT 0,
+    PRIMARY KEY(notePk, folderPk)
+) WITHOUT ROWID;
+INSERT INTO noteTag
+    SELECT notePk, tagPk, isAttached, isInText, isListed, isPinned, modifiedAt
+    FROM noteTagBefore ORDER BY notePk, tagPk;
+INSERT INTO noteFolder
+    SELECT notePk, folderPk, isListed, isPinned, modifiedAt
+    FROM noteFolderBefore ORDER BY notePk, folderPk;
+DROP TABLE noteTagBefore;
+DROP TABLE noteFolderBefore;
+CREATE INDEX listTag ON noteTag
+    (tagPk, isListed, isAttached, isPinned DESC, modifiedAt DESC, notePk);
+CREATE INDEX listFolder ON noteFolder
+    (folderPk, isListed, isPinned DESC, modifiedAt DESC, notePk);
+)sql";
+
 int versionOf(Database& database) {
     auto query = database.query("PRAGMA user_version");
     return query.next() ? static_cast<int>(query.integer(0)) : 0;
@@ -158,6 +200,7 @@ void migrate(Database& database) {
     }
     if (version < 1) step(database, kRecords, 1);
     if (version < 2) step(database, kDerivedRows + listIndexes(), 2);
+    if (version < 3) step(database, kRowsByNote, 3);
 }
 
 }  // namespace corvel::schema

@@ -50,6 +50,8 @@ auto translated(Work&& work) {
 }
 
 constexpr int kBusyTimeoutMilliseconds = 2000;
+// Without locks of its own: all is done on the main thread.
+constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
 
 }  // namespace
 
@@ -144,15 +146,14 @@ std::vector<std::uint8_t> Query::blob(int column) const {
 Database::Database(const std::filesystem::path& file) {
     translated([&] {
         m_database = std::make_unique<SQLite::Database>(
-            file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, kBusyTimeoutMilliseconds);
+            file.string(), kFlags, kBusyTimeoutMilliseconds);
         configure();
     });
 }
 
 Database::Database() {
     translated([&] {
-        m_database = std::make_unique<SQLite::Database>(
-            ":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        m_database = std::make_unique<SQLite::Database>(":memory:", kFlags);
         configure();
     });
 }
@@ -161,6 +162,9 @@ void Database::configure() {
     m_database->exec("PRAGMA journal_mode=WAL");
     m_database->exec("PRAGMA synchronous=FULL");
     m_database->exec("PRAGMA foreign_keys=ON");
+    // A change is a savepoint, which keeps every page that it touches as it was before: in memory,
+    // not in a file of the disk.
+    m_database->exec("PRAGMA temp_store=MEMORY");
     // Room for the indexes of a hundred thousand notes: lists read them whole, an import writes
     // them all over.
     m_database->exec("PRAGMA cache_size=-65536");

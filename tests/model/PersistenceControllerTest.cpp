@@ -19,6 +19,11 @@ std::int64_t number(PersistenceController& controller, std::string_view sql) {
     return query.next() ? query.integer(0) : -1;
 }
 
+std::string texts(PersistenceController& controller, std::string_view sql) {
+    auto query = controller.viewContext().database().query(sql);
+    return query.next() ? query.string(0) : std::string();
+}
+
 std::string contentsOf(const std::filesystem::path& file) {
     std::ostringstream text;
     text << std::ifstream(file, std::ios::binary).rdbuf();
@@ -85,6 +90,29 @@ TEST(PersistenceController, CarriesAnOlderStoreForward) {
               2);
     EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag WHERE isAttached=1"), 2);
     EXPECT_EQ(number(controller, "SELECT count(*) FROM tag WHERE isObject=1"), 2);
+}
+
+TEST(PersistenceController, KeepsWhatListsAreOrderedByWhenRowsAreLaidOutAnew) {
+    const TemporaryFolder folder;
+    Database(folder.path() / "qnoCorvel.sqlite")
+        .execute(contentsOf(std::filesystem::path(CORVEL_TEST_DATA) / "model" / "version-2.sql"));
+    PersistenceController controller(Storage::onDisk, folder.path());
+    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag WHERE notePk=1 AND isAttached=1"
+                                 " AND isInText=1 AND isListed=1 AND isPinned=1"
+                                 " AND modifiedAt=2000000"),
+              2);
+    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteFolder WHERE notePk=2 AND isListed=1"
+                                 " AND isPinned=0 AND modifiedAt=3000000"),
+              1);
+    PersistenceController fresh(Storage::inMemory);
+    constexpr std::string_view kIndexes =
+        "SELECT group_concat(name) FROM (SELECT name FROM sqlite_master WHERE name NOT LIKE "
+        "'sqlite%' ORDER BY name)";
+    EXPECT_EQ(texts(controller, kIndexes), texts(fresh, kIndexes));
+    auto& database = controller.viewContext().database();
+    database.execute("DELETE FROM tag WHERE pk=1; DELETE FROM folder");
+    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag"), 0);
+    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteFolder"), 0);
 }
 
 TEST(PersistenceControllerDeathTest, AStoreThatDoesNotLoadEndsTheProgramAndIsLeftAsItWas) {
