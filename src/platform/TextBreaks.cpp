@@ -1,216 +1,16 @@
-#include "platform/Ascii.h"
-#include "platform/Handle.h"
+#include "platform/BreakRules.h"
 #include "platform/Text.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/ubrk.h>
-#include <unicode/uchar.h>
-#include <unicode/utext.h>
-#include <unicode/utf8.h>
 
-#include <algorithm>
-#include <array>
-#include <memory>
-#include <stdexcept>
+#include <cstddef>
+#include <string_view>
+#include <vector>
 
 namespace corvel::text {
 
 namespace {
-
-/// A break iterator of the root locale that reads UTF-8 in place.
-class Breaks {
-public:
-    using Maker = icu::BreakIterator* (*)(const icu::Locale&, UErrorCode&);
-
-    explicit Breaks(Maker make) {
-        UErrorCode status = U_ZERO_ERROR;
-        m_iterator.reset(make(icu::Locale::getRoot(), status));
-        if (U_FAILURE(status) != 0) throw std::runtime_error("ICU has no break rules");
-    }
-
-    icu::BreakIterator& over(std::string_view text) {
-        UErrorCode status = U_ZERO_ERROR;
-        m_text.reset(utext_openUTF8(m_text.release(), text.data(),
-                                    static_cast<std::int64_t>(text.size()), &status));
-        m_iterator->setText(m_text.get(), status);
-        m_iterator->first();
-        return *m_iterator;
-    }
-
-private:
-    Handle<UText, utext_close> m_text;
-    std::unique_ptr<icu::BreakIterator> m_iterator;
-};
-
-std::int32_t countedByIcu(std::string_view text) {
-    static Breaks words(icu::BreakIterator::createWordInstance);
-    auto& iterator = words.over(text);
-    std::int32_t count = 0;
-    while (iterator.next() != icu::BreakIterator::DONE) {
-        if (iterator.getRuleStatus() >= UBRK_WORD_NONE_LIMIT) ++count;
-    }
-    return count;
-}
-
-// The classes of UAX #29 that plain text consists of. A piece of text with a character of any
-// other class (marks, scripts without spaces, flags) is left to ICU.
-enum class WordClass : std::uint8_t {
-    other,
-    letter,
-    digit,
-    joiner,     // ExtendNumLet: goes with letters and digits
-    midLetter,  // between letters
-    midNumber,  // between digits
-    midBoth,    // between either
-    space,      // white space in ASCII: a word never reaches across
-    notOrdinary,
-};
-
-WordClass classOf(UChar32 character) {
-    if (character == ' ' || (character >= '\t' && character <= '\r')) return WordClass::space;
-    // Here ICU's rules are not those of UAX #29.
-    if (character == ':') return WordClass::other;
-    if (character == '@') return WordClass::letter;
-    switch (u_getIntPropertyValue(character, UCHAR_WORD_BREAK)) {
-        case U_WB_OTHER:
-        case U_WB_WSEGSPACE:
-        case U_WB_NEWLINE:
-            return WordClass::other;
-        case U_WB_ALETTER:
-            return WordClass::letter;
-        case U_WB_NUMERIC:
-            return WordClass::digit;
-        case U_WB_EXTENDNUMLET:
-            return WordClass::joiner;
-        case U_WB_MIDLETTER:
-            return WordClass::midLetter;
-        case U_WB_MIDNUM:
-            return WordClass::midNumber;
-        case U_WB_MIDNUMLET:
-        case U_WB_SINGLE_QUOTE:
-            return WordClass::midBoth;
-        default:
-            return WordClass::notOrdinary;
-    }
-}
-
-// Latin, Greek, Cyrillic, Armenian, and general punctuation.
-constexpr UChar32 kLettersEnd = 0x0590;
-constexpr UChar32 kPunctuationStart = 0x2000;
-constexpr UChar32 kPunctuationEnd = 0x2100;
-
-class WordClasses {
-public:
-    WordClasses() {
-        for (UChar32 c = 0; c < kLettersEnd; ++c)
-            m_letters[static_cast<std::size_t>(c)] = classOf(c);
-        for (UChar32 c = kPunctuationStart; c < kPunctuationEnd; ++c) {
-            m_punctuation[static_cast<std::size_t>(c - kPunctuationStart)] = classOf(c);
-        }
-    }
-
-    WordClass of(UChar32 c) const {
-        if (c < 0) return WordClass::notOrdinary;
-        if (c < kLettersEnd) return m_letters[static_cast<std::size_t>(c)];
-        if (c >= kPunctuationStart && c < kPunctuationEnd) {
-            return m_punctuation[static_cast<std::size_t>(c - kPunctuationStart)];
-        }
-        return WordClass::notOrdinary;
-    }
-
-private:
-    std::array<WordClass, kLettersEnd> m_letters{};
-    std::array<WordClass, kPunctuationEnd - kPunctuationStart> m_punctuation{};
-};
-
-/// Counts the words of ordinary text, white space to white space.
-class WordScanner {
-public:
-    explicit WordScanner(std::string_view text) : m_text(text) {}
-
-    std::int32_t count() {
-        while (m_position < m_text.size()) {
-            const std::size_t start = m_position;
-            const std::int32_t before = m_count;
-            if (!scanPiece()) {
-                m_position = endOfPiece(m_position);
-                m_count = before + countedByIcu(m_text.substr(start, m_position - start));
-            }
-        }
-        return m_count;
-    }
-
-private:
-    // False when the piece has a character that is not ordinary.
-    bool scanPiece() {
-        WordClass previous = WordClass::other;
-        WordClass held = WordClass::other;  // a mark after `previous` that may join what follows
-        while (m_position < m_text.size()) {
-            const WordClass current = nextClass();
-            if (current == WordClass::notOrdinary) return false;
-            if (current == WordClass::space) return true;
-            if (held != WordClass::other) {
-                if (!joins(previous, held, current)) previous = WordClass::other;
-                held = WordClass::other;
-            }
-            if (isMid(current)) {
-                held = previous == WordClass::letter || previous == WordClass::digit
-                           ? current
-                           : WordClass::other;
-                if (held == WordClass::other) previous = WordClass::other;
-                continue;
-            }
-            countStart(previous, current);
-            previous = current;
-            if (current == WordClass::letter) skipLetters();
-        }
-        return true;
-    }
-
-    // Letters after a letter change nothing.
-    void skipLetters() {
-        while (m_position < m_text.size() && ascii::isLetter(m_text[m_position])) {
-            ++m_position;
-        }
-    }
-
-    void countStart(WordClass previous, WordClass current) {
-        if (previous == WordClass::other) m_isCounted = false;
-        if (current == WordClass::other) return;
-        const bool isWord = current != WordClass::joiner || previous != WordClass::other;
-        if (isWord && !m_isCounted) {
-            ++m_count;
-            m_isCounted = true;
-        }
-    }
-
-    static bool isMid(WordClass c) {
-        return c == WordClass::midLetter || c == WordClass::midNumber || c == WordClass::midBoth;
-    }
-    static bool joins(WordClass before, WordClass mid, WordClass after) {
-        if (before != after) return false;
-        return before == WordClass::letter ? mid != WordClass::midNumber
-                                           : mid != WordClass::midLetter;
-    }
-
-    WordClass nextClass() {
-        static const WordClasses classes;
-        const auto* bytes = reinterpret_cast<const std::uint8_t*>(m_text.data());
-        UChar32 character = 0;
-        U8_NEXT(bytes, m_position, m_text.size(), character);
-        return classes.of(character);
-    }
-
-    std::size_t endOfPiece(std::size_t from) const {
-        constexpr std::string_view kSpaces = " \t\n\v\f\r";
-        return std::min(m_text.find_first_of(kSpaces, from), m_text.size());
-    }
-
-    std::string_view m_text;
-    std::size_t m_position = 0;
-    std::int32_t m_count = 0;
-    bool m_isCounted = false;
-};
 
 /// The bytes of the character at `at` when it neither joins another such character nor is joined by
 /// one: ASCII without CR, Latin up to U+02FF, dashes, quotes and dots. Else 0.
@@ -229,12 +29,8 @@ std::size_t plainCharacterAt(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-std::int32_t wordCount(std::string_view text) {
-    return WordScanner(text).count();
-}
-
 std::vector<std::size_t> wordBreaks(std::string_view text) {
-    static Breaks words(icu::BreakIterator::createWordInstance);
+    static BreakRules words(icu::BreakIterator::createWordInstance);
     auto& iterator = words.over(text);
     std::vector<std::size_t> ends;
     for (auto end = iterator.next(); end != icu::BreakIterator::DONE; end = iterator.next())
@@ -252,7 +48,7 @@ std::string_view prefixByGraphemes(std::string_view text, std::size_t count) {
         plain = next;
     }
     if (counted == count || plain == text.size()) return text.substr(0, plain);
-    static Breaks characters(icu::BreakIterator::createCharacterInstance);
+    static BreakRules characters(icu::BreakIterator::createCharacterInstance);
     auto& iterator = characters.over(text.substr(plain));
     std::int32_t end = 0;
     for (; counted < count; ++counted) {
