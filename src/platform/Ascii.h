@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -24,7 +25,11 @@ inline std::size_t runLength(std::string_view text) {
     for (; text.size() - length >= sizeof(std::uint64_t); length += sizeof(std::uint64_t)) {
         std::uint64_t word = 0;
         std::memcpy(&word, text.data() + length, sizeof word);
-        if ((word & kHighBits) != 0) break;
+        if ((word & kHighBits) == 0) continue;
+        if constexpr (std::endian::native == std::endian::little) {
+            return length + static_cast<std::size_t>(std::countr_zero(word & kHighBits)) / 8;
+        }
+        break;
     }
     while (length < text.size() && isAscii(text[length]))
         ++length;

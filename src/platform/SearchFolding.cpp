@@ -70,18 +70,15 @@ void appendForm(UChar32 character, std::string& bytes) {
     based.toUTF8String(bytes);
 }
 
-// Writes the lower case of the block and tells whether all of it was ASCII. Without branches, so
-// that the compiler makes vector code of it.
+// Writes the lower case of the block; of use up to its first byte that is not ASCII. Without
+// branches, so that the compiler makes vector code of it.
 constexpr std::size_t kBlock = 32;
-bool foldAsciiBlock(const char* from, char* to) {
-    unsigned char all = 0;
+void foldAsciiBlock(const char* from, char* to) {
     for (std::size_t i = 0; i < kBlock; ++i) {
         const auto byte = static_cast<unsigned char>(from[i]);
-        all = static_cast<unsigned char>(all | byte);
         const bool isUpper = static_cast<unsigned char>(byte - 'A') < 26;
         to[i] = static_cast<char>(byte | (isUpper ? 0x20 : 0));
     }
-    return all < 0x80;
 }
 
 char foldedAscii(char byte) {
@@ -126,34 +123,86 @@ std::unique_ptr<SearchFolding::Page> SearchFolding::makePage(std::uint32_t numbe
     for (std::uint32_t i = 0; i < kPageSize; ++i) {
         appendForm(static_cast<UChar32>(number * kPageSize + i), page->bytes);
         page->ends[i + 1] = static_cast<std::uint16_t>(page->bytes.size());
+        page->shortForms[i] = shortened(page->of(i));
     }
     return page;
 }
 
-void foldForSearch(std::string_view text, std::string& folded) {
-    auto& folding = SearchFolding::shared();
-    Output output(folded, text.size());
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    std::size_t position = 0;
-    while (position < text.size()) {
-        while (text.size() - position >= kBlock &&
-               foldAsciiBlock(text.data() + position, output.end())) {
-            position += kBlock;
-            output.advance(kBlock);
-        }
-        // What stopped the blocks is near: go on by single characters to the end of that block.
-        const std::size_t blockEnd = std::min(position + kBlock, text.size());
-        while (position < blockEnd) {
-            if (ascii::isAscii(text[position])) {
-                *output.end() = foldedAscii(text[position++]);
-                output.advance(1);
-                continue;
-            }
-            UChar32 character = 0;
-            U8_NEXT_OR_FFFD(bytes, position, text.size(), character);
-            output.append(folding.of(character), text.size() - position);
+SearchFolding::ShortForm SearchFolding::shortened(std::string_view form) {
+    ShortForm result;
+    if (form.size() > result.bytes.size()) {
+        result.size = ShortForm::kLong;
+    } else {
+        std::copy(form.begin(), form.end(), result.bytes.begin());
+        result.size = static_cast<std::uint8_t>(form.size());
+    }
+    return result;
+}
+
+namespace {
+
+/// Folds one text from its start to its end.
+class Folding {
+public:
+    Folding(std::string_view text, std::string& folded)
+        : m_text(text), m_output(folded, text.size()) {}
+
+    void run() {
+        while (m_position < m_text.size()) {
+            skipAscii();
+            while (m_position < m_text.size() && !ascii::isAscii(m_text[m_position]))
+                takeOne();
         }
     }
+
+private:
+    void skipAscii() {
+        while (m_text.size() - m_position >= kBlock) {
+            const auto block = m_text.substr(m_position, kBlock);
+            foldAsciiBlock(block.data(), m_output.end());
+            const std::size_t length = ascii::runLength(block);
+            m_position += length;
+            m_output.advance(length);
+            if (length < kBlock) return;
+        }
+        for (; m_position < m_text.size() && ascii::isAscii(m_text[m_position]); ++m_position) {
+            *m_output.end() = foldedAscii(m_text[m_position]);
+            m_output.advance(1);
+        }
+    }
+
+    void takeOne() {
+        if (takeTwoBytes()) return;
+        UChar32 character = 0;
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(m_text.data());
+        U8_NEXT_OR_FFFD(bytes, m_position, m_text.size(), character);
+        m_output.append(m_folding.of(character), m_text.size() - m_position);
+    }
+
+    // Most letters that are not ASCII. What grows by folding is left.
+    bool takeTwoBytes() {
+        if (m_text.size() - m_position < 2) return false;
+        const auto first = static_cast<unsigned char>(m_text[m_position]);
+        const auto second = static_cast<unsigned char>(m_text[m_position + 1]);
+        if (first < 0xC2 || first > 0xDF || (second & 0xC0U) != 0x80U) return false;
+        const auto& form = m_folding.shortOf((first & 0x1FU) << 6U | (second & 0x3FU));
+        if (form.size == SearchFolding::ShortForm::kLong) return false;
+        std::memcpy(m_output.end(), form.bytes.data(), form.bytes.size());
+        m_output.advance(form.size);
+        m_position += 2;
+        return true;
+    }
+
+    SearchFolding& m_folding = SearchFolding::shared();
+    std::string_view m_text;
+    Output m_output;
+    std::size_t m_position = 0;
+};
+
+}  // namespace
+
+void foldForSearch(std::string_view text, std::string& folded) {
+    Folding(text, folded).run();
 }
 
 std::string foldedForSearch(std::string_view text) {

@@ -21,6 +21,19 @@ public:
         return m_pages[page]->of(static_cast<std::uint32_t>(character) % kPageSize);
     }
 
+    /// The form of a character that takes two bytes, when it takes no more itself; else of size
+    /// kLong.
+    struct ShortForm {
+        static constexpr std::uint8_t kLong = 0xFF;
+        std::array<char, 2> bytes{};
+        std::uint8_t size = 0;
+    };
+    const ShortForm& shortOf(std::uint32_t character) {
+        auto& page = m_pages[character / kPageSize];
+        if (!page) page = makePage(character / kPageSize);
+        return page->shortForms[character % kPageSize];
+    }
+
 private:
     static constexpr std::uint32_t kPageSize = 256;
     static constexpr std::uint32_t kPageCount = 0x110000 / kPageSize;
@@ -28,6 +41,7 @@ private:
     struct Page {
         std::array<std::uint16_t, kPageSize + 1> ends{};  ///< entry i is [ends[i], ends[i + 1])
         std::string bytes;
+        std::array<ShortForm, kPageSize> shortForms{};
 
         std::string_view of(std::uint32_t index) const {
             return {bytes.data() + ends[index],
@@ -36,6 +50,7 @@ private:
     };
 
     static std::unique_ptr<Page> makePage(std::uint32_t number);
+    static ShortForm shortened(std::string_view form);
 
     std::array<std::unique_ptr<Page>, kPageCount> m_pages;
 };

@@ -175,6 +175,21 @@ TEST(Text, CountsWordsAsIcuDoes) {
     }
 }
 
+TEST(Text, CountsTheWordsOfLongTextAsIcuDoes) {
+    // Common letters many times, so that some blocks are plain, and all that may stand at their
+    // ends.
+    std::vector<std::string> alphabet = {"a", "b", "ż", "ó",  "я", "1", "2", " ", ".", "'",
+                                         ",", ";", "@", "\n", "a", " ", "e", "o", "s", "t"};
+    const std::vector<std::string> rare = {"_", "×", "÷", ":", "\"", "–", "„", "漢", "\u0301", "·"};
+    Random random(17);
+    for (int round = 0; round < 20000; ++round) {
+        auto part = alphabet;
+        if (round % 2 == 0) part.push_back(rare[random() % rare.size()]);
+        const auto text = randomOf(part, 60 + random() % 150, random);
+        ASSERT_EQ(wordCount(text), wordsByIcu(text)) << text;
+    }
+}
+
 TEST(Text, CountsWordsAsIcuDoesAroundEveryCommonCharacter) {
     for (UChar32 c = 1; c < 0x2110; ++c) {
         if (c == 0x600) c = 0x1FF0;
