@@ -1,6 +1,7 @@
 #include "library/Excerpt.h"
 
 #include "library/Lines.h"
+#include "platform/Ascii.h"
 #include "platform/Text.h"
 
 #include <unicode/uchar.h>
@@ -69,20 +70,34 @@ std::string Excerpt::take() {
 
 void Excerpt::addInline(std::string_view text) {
     for (std::size_t position = 0; position < text.size() && !isFull();) {
-        const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-        std::size_t next = position;
-        UChar32 character = 0;
-        U8_NEXT(bytes, next, text.size(), character);
-        if (character >= 0 && (u_isUWhiteSpace(character) != 0 || character < ' ')) {
+        const char byte = text[position];
+        if (!ascii::isAscii(byte)) {
+            position = addBeyondAscii(text, position);
+        } else if (byte <= ' ') {
             m_isSpaceDue = true;
-            position = next;
-        } else if (isPunctuation(text[position])) {
+            ++position;
+        } else if (isPunctuation(byte)) {
             position = addMark(text, position);
         } else {
-            for (; position < next; ++position)
-                add(text[position]);
+            add(byte);
+            ++position;
         }
     }
+}
+
+// Adds one character, or the space that it is, and returns where to go on.
+std::size_t Excerpt::addBeyondAscii(std::string_view text, std::size_t position) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t next = position;
+    UChar32 character = 0;
+    U8_NEXT(bytes, next, text.size(), character);
+    if (character >= 0 && u_isUWhiteSpace(character) != 0) {
+        m_isSpaceDue = true;
+        return next;
+    }
+    for (; position < next; ++position)
+        add(text[position]);
+    return next;
 }
 
 // Adds what stands at a mark, if anything, and returns where to go on.

@@ -17,6 +17,7 @@ public:
 
 private:
     void addInline(std::string_view text);
+    std::size_t addBeyondAscii(std::string_view text, std::size_t position);
     std::size_t addMark(std::string_view text, std::size_t position);
     std::size_t addLink(std::string_view text, std::size_t position);
     void add(char byte);

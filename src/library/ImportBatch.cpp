@@ -10,8 +10,8 @@ namespace corvel {
 
 namespace {
 
-constexpr std::size_t kMostBytes = 4 * 1024 * 1024;
-constexpr std::size_t kMostNotes = 640;
+constexpr std::size_t kMostBytes = 6 * 1024 * 1024;
+constexpr std::size_t kMostNotes = 960;
 
 }  // namespace
 

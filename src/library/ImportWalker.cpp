@@ -28,7 +28,7 @@ bool isMarkdownName(const std::filesystem::path& path) {
 
 ImportWalker::ImportWalker(const std::vector<std::filesystem::path>& paths) {
     for (const auto& path : paths)
-        m_pending.push_back({path, {}, {}, true});
+        m_pending.push_back({path, {}, {}, Pending::Kind::chosen});
 }
 
 void ImportWalker::step(std::vector<ImportReport::Skipped>& skipped) {
@@ -52,10 +52,11 @@ void ImportWalker::look(const Pending& pending, std::vector<ImportReport::Skippe
         return;
     }
     struct stat status {};
-    if (::stat(pending.path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+    const bool isKnown = pending.kind == Pending::Kind::file;
+    if (!isKnown && ::stat(pending.path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
         const bool isNew = m_visited.emplace(status.st_dev, status.st_ino).second;
         if (isNew) openDirectory(pending, skipped);
-    } else if (pending.isChosen || isMarkdownName(pending.path)) {
+    } else if (pending.kind != Pending::Kind::unknown || isMarkdownName(pending.path)) {
         ++m_found;
         m_files.push_back({pending.path, pending.folder, pending.library});
     }
@@ -71,7 +72,7 @@ void ImportWalker::openDirectory(const Pending& pending,
     }
     m_open = std::move(entries);
     m_directory = pending;
-    if (!pending.isChosen) return;
+    if (pending.kind != Pending::Kind::chosen) return;
     if (std::filesystem::is_regular_file(pending.path / LibraryManifest::kFileName, error)) {
         m_directory.library = pending.path;
         m_libraries.push_back(pending.path);
@@ -89,7 +90,8 @@ void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
         const auto& entry = **m_open;
         // Not every file system says what an entry is: then it is looked at. So is where a link
         // leads, if that answers.
-        const bool isSilent = entry.is_symlink(error) && !distantVolumes::answersFor(entry.path());
+        const bool isLink = entry.is_symlink(error);
+        const bool isSilent = isLink && !distantVolumes::answersFor(entry.path());
         const bool isFile = !isSilent && entry.is_regular_file(error) && !error;
         const auto name = entry.path().filename();
         const bool isAttachments = !m_directory.library.empty() && name == kAttachmentFolder;
@@ -97,7 +99,8 @@ void ImportWalker::readEntries(std::vector<ImportReport::Skipped>& skipped) {
             const bool isFolder = !isSilent && !isFile && entry.is_directory(error) && !error;
             m_entries.push_back({entry.path(),
                                  isFolder ? m_directory.folder / name : m_directory.folder,
-                                 m_directory.library, false});
+                                 m_directory.library,
+                                 isFile && !isLink ? Pending::Kind::file : Pending::Kind::unknown});
         }
         m_open->increment(error);
         if (error) {

@@ -44,7 +44,7 @@ private:
         std::filesystem::path path;
         std::filesystem::path folder;
         std::filesystem::path library;
-        bool isChosen;
+        enum class Kind { chosen, file, unknown } kind = Kind::unknown;
     };
 
     void look(const Pending& pending, std::vector<ImportReport::Skipped>& skipped);

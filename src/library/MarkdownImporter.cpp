@@ -27,8 +27,8 @@ using Clock = std::chrono::steady_clock;
 // A slice reads files for so long, or it puts what earlier ones have read into the store, or saves
 // that, or tells of it, or empties the store's log.
 constexpr auto kSlice = std::chrono::milliseconds(8);
-constexpr std::size_t kMostBytesRead = 512 * 1024;
-constexpr std::size_t kMostNotesRead = 80;
+constexpr std::size_t kMostBytesRead = 1024 * 1024;
+constexpr std::size_t kMostNotesRead = 240;
 
 }  // namespace
 
@@ -193,6 +193,7 @@ private:
 
     void tellOfSaved() {
         const auto deadline = Clock::now() + kSlice;
+        const ReadTransaction reading(m_library.controller.viewContext().database());
         do {
             stored(m_batch.takeSaved());
         } while (m_batch.hasSaved() && Clock::now() < deadline);

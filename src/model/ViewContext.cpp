@@ -83,6 +83,7 @@ void ViewContext::ensureTransaction() {
 }
 
 void ViewContext::runOne(const Change& change) {
+    if (m_batch != nullptr) return runOfBatch(change);
     m_database.query("SAVEPOINT change").run();
     try {
         change(m_database);
@@ -92,6 +93,18 @@ void ViewContext::runOne(const Change& change) {
             m_database.query("ROLLBACK TO change").run();
             m_database.query("RELEASE change").run();
         }
+        throw;
+    }
+}
+
+// Without a savepoint, which would keep every page as it was: a change of a batch touches most pages
+// of the indexes. What fails takes the transaction with it, and what others changed is made anew.
+void ViewContext::runOfBatch(const Change& change) {
+    try {
+        change(m_database);
+    } catch (...) {
+        if (m_database.inTransaction()) m_database.query("ROLLBACK").run();
+        m_replayNeeded = !m_unsaved.empty();
         throw;
     }
 }

@@ -145,8 +145,8 @@ std::vector<std::uint8_t> Query::blob(int column) const {
 
 Database::Database(const std::filesystem::path& file) {
     translated([&] {
-        m_database = std::make_unique<SQLite::Database>(
-            file.string(), kFlags, kBusyTimeoutMilliseconds);
+        m_database =
+            std::make_unique<SQLite::Database>(file.string(), kFlags, kBusyTimeoutMilliseconds);
         configure();
     });
 }
@@ -202,6 +202,19 @@ bool Database::inTransaction() const {
 
 sqlite3* Database::handle() const {
     return m_database->getHandle();
+}
+
+ReadTransaction::ReadTransaction(Database& database)
+    : m_database(database), m_isOpen(!database.inTransaction()) {
+    if (m_isOpen) m_database.query("BEGIN").run();
+}
+
+ReadTransaction::~ReadTransaction() {
+    if (!m_isOpen || !m_database.inTransaction()) return;
+    try {
+        m_database.query("COMMIT").run();
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch): nothing was written
+    }
 }
 
 }  // namespace corvel

@@ -126,4 +126,19 @@ private:
     std::unordered_map<const char*, std::vector<StatementHandle>> m_idle;
 };
 
+/// Queries while it lives read in one transaction, which saves each the locks of its own. Nothing
+/// may be written meanwhile.
+class ReadTransaction {
+public:
+    /// Throws StoreError. Does nothing inside a transaction that is open already.
+    explicit ReadTransaction(Database& database);
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+    ~ReadTransaction();
+
+private:
+    Database& m_database;
+    bool m_isOpen;
+};
+
 }  // namespace corvel

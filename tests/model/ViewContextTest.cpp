@@ -166,5 +166,23 @@ TEST_F(ViewContextTest, ABatchIsTakenBackWithoutWhatOthersChanged) {
     EXPECT_EQ(words(), "last later mine");
 }
 
+TEST_F(ViewContextTest, NothingRemainsOfABatchsChangeThatFailsHalfway) {
+    ViewContext::Batch batch(*m_context);
+    add("mine");
+    batch.apply([&] { add("ours"); });
+    const auto failing = [&] {
+        m_context->apply([](Database& database) {
+            database.execute("INSERT INTO word VALUES('half')");
+            throw StoreError(StoreFault::invalid, "it");
+        });
+    };
+    EXPECT_THROW(batch.apply(failing), StoreError);
+    EXPECT_EQ(words(), "mine ours");
+    m_context->save();
+    EXPECT_THROW(batch.apply(failing), StoreError);
+    EXPECT_EQ(words(), "mine ours");
+    EXPECT_FALSE(m_context->hasChanges());
+}
+
 }  // namespace
 }  // namespace corvel
