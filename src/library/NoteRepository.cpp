@@ -193,10 +193,13 @@ void NoteRepository::applyAndSave(ViewContext::Change change,
                                   NoteChange::Kind kind,
                                   const Uuid& id,
                                   const Note* note) {
-    auto row = noteWriter::rowOf(m_context.database(), id);
+    // Only a note that goes is asked for before: inside the transaction a question takes no locks.
+    std::optional<RowId> row;
+    if (kind == NoteChange::Kind::deleted) row = noteWriter::rowOf(m_context.database(), id);
     std::exception_ptr failure;
     try {
         m_context.apply(std::move(change), std::move(key));
+        if (!row) row = noteWriter::rowOf(m_context.database(), id);
         m_context.save();
     } catch (const StoreError&) {
         failure = std::current_exception();

@@ -54,9 +54,10 @@ void ViewContext::apply(Change change, std::string key) {
         ensureTransaction();
         runOne(change);
     } catch (const StoreError& error) {
-        const bool keep = mayWorkLater(error);
-        if (keep) remember(std::move(change), std::move(key));
-        m_replayNeeded = !m_unsaved.empty() && (keep || !m_database.inTransaction());
+        if (mayWorkLater(error)) {
+            remember(std::move(change), std::move(key));
+            m_replayNeeded = true;
+        }
         replayQuietly();
         throw;
     }
@@ -82,24 +83,9 @@ void ViewContext::ensureTransaction() {
     if (!m_database.inTransaction()) m_database.query("BEGIN IMMEDIATE").run();
 }
 
+// Without a savepoint, which would keep every page that a change touches as it was: what fails takes
+// the transaction with it, and what is unsaved is made anew.
 void ViewContext::runOne(const Change& change) {
-    if (m_batch != nullptr) return runOfBatch(change);
-    m_database.query("SAVEPOINT change").run();
-    try {
-        change(m_database);
-        m_database.query("RELEASE change").run();
-    } catch (...) {
-        if (m_database.inTransaction()) {
-            m_database.query("ROLLBACK TO change").run();
-            m_database.query("RELEASE change").run();
-        }
-        throw;
-    }
-}
-
-// Without a savepoint, which would keep every page as it was: a change of a batch touches most pages
-// of the indexes. What fails takes the transaction with it, and what others changed is made anew.
-void ViewContext::runOfBatch(const Change& change) {
     try {
         change(m_database);
     } catch (...) {

@@ -87,7 +87,6 @@ private:
 
     void ensureTransaction();
     void runOne(const Change& change);
-    void runOfBatch(const Change& change);
     void remember(Change change, std::string key);
     void forget(const Batch* batch);
     void replay();

@@ -162,9 +162,6 @@ void Database::configure() {
     m_database->exec("PRAGMA journal_mode=WAL");
     m_database->exec("PRAGMA synchronous=FULL");
     m_database->exec("PRAGMA foreign_keys=ON");
-    // A change is a savepoint, which keeps every page that it touches as it was before: in memory,
-    // not in a file of the disk.
-    m_database->exec("PRAGMA temp_store=MEMORY");
     // Room for the indexes of a hundred thousand notes: lists read them whole, an import writes
     // them all over.
     m_database->exec("PRAGMA cache_size=-65536");
