@@ -21,15 +21,15 @@ ImportBatch::ImportBatch(Library& library)
 ImportBatch::~ImportBatch() {
     if (!m_changes.isUnsaved()) return;
     for (const auto& unit : m_unsaved)
-        removeFiles(unit);
+        removeFiles(*unit);
 }
 
-void ImportBatch::add(std::vector<ImportUnit> units) {
+void ImportBatch::add(std::vector<Unit> units) {
     // Somebody else's save was ours, too.
     if (!m_changes.isUnsaved()) keepSaved();
     const auto begin = m_unsaved.size();
     for (const auto& unit : units)
-        m_unsavedBytes += unit.size();
+        m_unsavedBytes += unit->size();
     std::move(units.begin(), units.end(), std::back_inserter(m_unsaved));
     try {
         apply(std::span(m_unsaved).subspan(begin));
@@ -52,37 +52,32 @@ void ImportBatch::save() {
 }
 
 std::optional<ImportBatch::Refusal> ImportBatch::retry() {
-    std::vector<ImportUnit> one;
-    one.push_back(std::move(m_refused.front()));
+    const Unit unit = std::move(m_refused.front());
     m_refused.pop_front();
     try {
-        apply(one);
+        apply(std::span(&unit, 1));
         m_library.controller.viewContext().save();
-        m_saved.push_back(std::move(one.front()));
+        m_saved.push_back(unit);
         return std::nullopt;
     } catch (const StoreError& error) {
         m_changes.takeBack();
-        removeFiles(one.front());
-        return Refusal{std::move(one.front()), error};
+        removeFiles(*unit);
+        return Refusal{unit, error};
     }
 }
 
-ImportUnit ImportBatch::takeSaved() {
-    ImportUnit unit = std::move(m_saved.front());
+ImportBatch::Unit ImportBatch::takeSaved() {
+    Unit unit = std::move(m_saved.front());
     m_saved.pop_front();
     return unit;
 }
 
-void ImportBatch::apply(std::span<const ImportUnit> units) {
+void ImportBatch::apply(std::span<const Unit> units) {
     m_changes.apply([&] {
-        std::vector<noteWriter::PreparedNote> notes;
-        notes.reserve(units.size());
-        for (const auto& unit : units)
-            notes.push_back({unit.note, unit.derived});
-        m_library.notes.createUnsaved(std::move(notes));
+        m_library.notes.createUnsaved({units.begin(), units.end()});
         for (const auto& unit : units) {
-            for (const auto& attachment : unit.attachments)
-                m_library.attachments.createUnsaved(attachment, unit.note.id);
+            for (const auto& attachment : unit->attachments)
+                m_library.attachments.createUnsaved(attachment, unit->note.id);
         }
     });
 }
@@ -96,7 +91,7 @@ void ImportBatch::keepSaved() {
 void ImportBatch::refuse() {
     m_changes.takeBack();
     for (auto& unit : m_unsaved) {
-        removeFiles(unit);
+        removeFiles(*unit);
         m_refused.push_back(std::move(unit));
     }
     m_unsaved.clear();

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -19,6 +20,8 @@ class Library;
 /// loop. What the store refuses together is tried unit by unit, so that one spoils no other.
 class ImportBatch {
 public:
+    using Unit = std::shared_ptr<const ImportUnit>;
+
     explicit ImportBatch(Library& library);  // must outlive this
     ImportBatch(const ImportBatch&) = delete;
     ImportBatch& operator=(const ImportBatch&) = delete;
@@ -26,7 +29,7 @@ public:
     ~ImportBatch();
 
     /// Puts `units` into the store, unsaved.
-    void add(std::vector<ImportUnit> units);
+    void add(std::vector<Unit> units);
     bool hasUnsaved() const { return !m_unsaved.empty(); }
     /// So much is unsaved that it is time to save.
     bool isFull() const;
@@ -34,7 +37,7 @@ public:
 
     std::size_t refusedCount() const { return m_refused.size(); }
     struct Refusal {
-        ImportUnit unit;
+        Unit unit;
         StoreError reason;
     };
     /// Tries the first refused unit alone; none when the store takes it now.
@@ -42,20 +45,20 @@ public:
 
     bool hasSaved() const { return !m_saved.empty(); }
     /// The next unit that is in the store for good.
-    ImportUnit takeSaved();
+    Unit takeSaved();
 
 private:
-    void apply(std::span<const ImportUnit> units);
+    void apply(std::span<const Unit> units);
     void keepSaved();
     void refuse();
     void removeFiles(const ImportUnit& unit);
 
     Library& m_library;
     ViewContext::Batch m_changes;
-    std::vector<ImportUnit> m_unsaved;
+    std::vector<Unit> m_unsaved;
     std::size_t m_unsavedBytes = 0;
-    std::deque<ImportUnit> m_refused;
-    std::deque<ImportUnit> m_saved;
+    std::deque<Unit> m_refused;
+    std::deque<Unit> m_saved;
 };
 
 }  // namespace corvel

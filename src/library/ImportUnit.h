@@ -17,10 +17,8 @@ namespace corvel {
 
 /// One file made ready for the store: its note and the images that the text shows, which are stored
 /// together or not at all.
-struct ImportUnit {
+struct ImportUnit : noteWriter::PreparedNote {
     std::filesystem::path path;
-    Note note;
-    DerivedText derived;
     std::vector<Attachment> attachments;
     std::vector<std::filesystem::path> missingImages;
     /// The file tells the note's id and state.

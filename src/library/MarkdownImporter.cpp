@@ -13,6 +13,7 @@
 #include <glibmm/main.h>
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -141,7 +142,8 @@ private:
                 m_report.skipped.push_back({file.path, *fault});
             } else if (placed(std::get<ImportUnit>(unit), file)) {
                 m_bytesRead += std::get<ImportUnit>(unit).size();
-                m_read.push_back(std::get<ImportUnit>(std::move(unit)));
+                m_read.push_back(
+                    std::make_shared<ImportUnit>(std::get<ImportUnit>(std::move(unit))));
             }
         } while (!m_walker.isEmpty() && !isMuchRead() && Clock::now() < deadline);
     }
@@ -188,14 +190,14 @@ private:
 
     void retry() {
         const auto refusal = m_batch.retry();
-        if (refusal) fail(refusal->unit, refusal->reason);
+        if (refusal) fail(*refusal->unit, refusal->reason);
     }
 
     void tellOfSaved() {
         const auto deadline = Clock::now() + kSlice;
         const ReadTransaction reading(m_library.controller.viewContext().database());
         do {
-            stored(m_batch.takeSaved());
+            stored(*m_batch.takeSaved());
         } while (m_batch.hasSaved() && Clock::now() < deadline);
     }
 
@@ -245,7 +247,7 @@ private:
     Done m_done;
     ImportReport m_report;
     Checkpoints m_checkpoints;
-    std::vector<ImportUnit> m_read;
+    std::vector<ImportBatch::Unit> m_read;
     std::size_t m_bytesRead = 0;
     ImportBatch m_batch;
     std::vector<Borrowed> m_borrowed;

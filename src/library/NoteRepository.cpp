@@ -108,7 +108,8 @@ void NoteRepository::createUnsaved(const Note& note) {
     m_context.apply(insertion(note));
 }
 
-void NoteRepository::createUnsaved(std::vector<noteWriter::PreparedNote> notes) {
+void NoteRepository::createUnsaved(
+    std::vector<std::shared_ptr<const noteWriter::PreparedNote>> notes) {
     m_context.apply(
         [notes = std::move(notes)](Database& database) { noteWriter::insert(database, notes); });
 }

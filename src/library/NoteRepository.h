@@ -61,7 +61,7 @@ public:
     /// has lists and the search index read the store anew.
     void createUnsaved(const Note& note);
     /// Several as one change.
-    void createUnsaved(std::vector<noteWriter::PreparedNote> notes);
+    void createUnsaved(std::vector<std::shared_ptr<const noteWriter::PreparedNote>> notes);
 
     /// Emitted after the store has taken a change, also when it could only keep it for the next
     /// save.

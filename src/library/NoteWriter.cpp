@@ -129,11 +129,11 @@ void insert(Database& database, const Note& note, const DerivedText& derived) {
     changes.write(database);
 }
 
-void insert(Database& database, const std::vector<PreparedNote>& notes) {
+void insert(Database& database, const std::vector<std::shared_ptr<const PreparedNote>>& notes) {
     tagRows::TagKeys tags(database);
     CountChanges changes;
-    for (const auto& [note, derived] : notes) {
-        insertOne(database, note, derived, tags, changes);
+    for (const auto& each : notes) {
+        insertOne(database, each->note, each->derived, tags, changes);
     }
     changes.write(database);
 }

@@ -5,6 +5,7 @@
 #include "platform/Database.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,7 +34,7 @@ struct PreparedNote {
     DerivedText derived;
 };
 /// Gives the same rows as inserting one after the other.
-void insert(Database& database, const std::vector<PreparedNote>& notes);
+void insert(Database& database, const std::vector<std::shared_ptr<const PreparedNote>>& notes);
 /// Copies the record into the row, without `id`, `createdAt`, pin, archive and folders.
 void update(Database& database, RowId row, const Note& note, const DerivedText& derived);
 /// Runs one statement whose only parameter is the note's key.

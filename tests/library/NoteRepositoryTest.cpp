@@ -266,7 +266,7 @@ TEST(NoteRepository, ManyNotesAtOnceGiveTheRowsOfOneAfterTheOther) {
         TestLibrary library;
         library.add("# There before\n\n#work/plan");
         const auto folder = library->folders.createFolder("Folder", std::nullopt).id;
-        std::vector<noteWriter::PreparedNote> notes;
+        std::vector<std::shared_ptr<const noteWriter::PreparedNote>> notes;
         for (int number = 0; number < 24; ++number) {
             Note note = noteFrom("# N\n\n#work/plan #t" + std::to_string(number % 5) + " #a/b/c");
             note.isPinned = number % 4 == 1;
@@ -276,7 +276,8 @@ TEST(NoteRepository, ManyNotesAtOnceGiveTheRowsOfOneAfterTheOther) {
             if (number % 7 == 0) note.tags = {Tag{Uuid::random(), "c", "kept/c", {}}};
             if (number % 8 == 0) note.bookmarkData = std::vector<std::uint8_t>{1};
             if (isAtOnce) {
-                notes.push_back({note, DerivedText::of(note.content)});
+                notes.push_back(std::make_shared<noteWriter::PreparedNote>(
+                    noteWriter::PreparedNote{note, DerivedText::of(note.content)}));
             } else {
                 library->notes.createUnsaved(note);
             }
