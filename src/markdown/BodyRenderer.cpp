@@ -3,7 +3,6 @@
 #include "markdown/BareUrl.h"
 #include "markdown/HeadingSlug.h"
 #include "markdown/HtmlEscape.h"
-#include "platform/Handle.h"
 
 #include <cmark-gfm-core-extensions.h>
 
@@ -44,20 +43,26 @@ void appendNumber(std::string& output, unsigned number) {
 
 std::string BodyRenderer::render(std::size_t sizeHint) {
     m_output.reserve(sizeHint + sizeHint / 4 + 64);
-    const Handle<cmark_iter, cmark_iter_free> walk{cmark_iter_new(m_tree.root())};
-    for (;;) {
-        const cmark_event_type event = cmark_iter_next(walk.get());
-        if (event == CMARK_EVENT_DONE) return std::move(m_output);
-        cmark_node* node = cmark_iter_get_node(walk.get());
-        if (event == CMARK_EVENT_ENTER) {
-            enter(walk.get(), node);
-        } else {
-            leave(node);
-        }
+    const cmark_node* node = m_tree.root();
+    while (node != nullptr) {
+        enter(node);
+        // What is in an image stands in its alternative text.
+        const bool isEntered = node->type != CMARK_NODE_IMAGE && node->first_child != nullptr;
+        node = isEntered ? node->first_child : leaveToNext(node);
     }
+    return std::move(m_output);
 }
 
-void BodyRenderer::enter(cmark_iter* walk, cmark_node* node) {
+// Leaves the node and all that end with it.
+const cmark_node* BodyRenderer::leaveToNext(const cmark_node* node) {
+    for (; node != nullptr; node = node->parent) {
+        if (node->type != CMARK_NODE_TEXT) leave(node);
+        if (node->next != nullptr) return node->next;
+    }
+    return nullptr;
+}
+
+void BodyRenderer::enter(const cmark_node* node) {
     switch (node->type) {
         case CMARK_NODE_TEXT:
             return writeText(viewOf(node->as.literal));
@@ -82,7 +87,7 @@ void BodyRenderer::enter(cmark_iter* walk, cmark_node* node) {
         case CMARK_NODE_LINK:
             return openLink(node);
         case CMARK_NODE_IMAGE:
-            return writeImage(walk, node);
+            return writeImage(node);
         case CMARK_NODE_HTML_INLINE:
         case CMARK_NODE_HTML_BLOCK:
             m_output += viewOf(node->as.literal);
@@ -166,7 +171,7 @@ void BodyRenderer::leaveExtended(const cmark_node* node) {
     }
 }
 
-void BodyRenderer::openHeading(cmark_node* node) {
+void BodyRenderer::openHeading(const cmark_node* node) {
     const std::string slug = headingSlug(plainTextOf(node));
     m_output += "<h";
     appendNumber(m_output, static_cast<unsigned>(node->as.heading.level));
@@ -212,12 +217,10 @@ void BodyRenderer::writeCodeBlock(const cmark_node* node) {
     m_output += "</code></pre>\n";
 }
 
-void BodyRenderer::writeImage(cmark_iter* walk, cmark_node* node) {
+void BodyRenderer::writeImage(const cmark_node* node) {
     m_output.append("<img src=\"").append(viewOf(node->as.link.url)).append("\" alt=\"");
     appendEscaped(m_output, plainTextOf(node));
     m_output += "\">";
-    // The children are in the alternative text: go on behind them.
-    cmark_iter_reset(walk, node, CMARK_EVENT_EXIT);
 }
 
 void BodyRenderer::writeText(std::string_view text) {

@@ -16,17 +16,18 @@ public:
     std::string render(std::size_t sizeHint);
 
 private:
-    void enter(cmark_iter* walk, cmark_node* node);
+    void enter(const cmark_node* node);
     void enterExtended(const cmark_node* node);
+    const cmark_node* leaveToNext(const cmark_node* node);
     void leave(const cmark_node* node);
     void leaveExtended(const cmark_node* node);
 
-    void openHeading(cmark_node* node);
+    void openHeading(const cmark_node* node);
     void openList(const cmark_node* node);
     void openItem(const cmark_node* node);
     void openLink(const cmark_node* node);
     void writeCodeBlock(const cmark_node* node);
-    void writeImage(cmark_iter* walk, cmark_node* node);
+    void writeImage(const cmark_node* node);
     void writeText(std::string_view text);
 
     const MarkdownTree& m_tree;

@@ -42,7 +42,8 @@ std::string MarkdownParserService::renderBody(std::string_view markdown) {
     std::string body = BodyRenderer(tree).render(markdown.size());
     // The parser turns references to U+FFFE and U+FFFF into bytes that are no UTF-8.
     const bool mayBeBroken = markdown.find("&#") != std::string_view::npos;
-    return mayBeBroken ? text::repaired(body) : body;
+    if (mayBeBroken) return text::repaired(body);
+    return body;
 }
 
 std::string MarkdownParserService::headingSlug(std::string_view plainText) {

@@ -70,24 +70,34 @@ bool MarkdownTree::isTaskItem(const cmark_node* item) {
     return item->extension != nullptr && item->extension == extensions().taskList;
 }
 
-std::string plainTextOf(cmark_node* node) {
+namespace {
+
+void appendPlainText(std::string& text, const cmark_node* node) {
+    switch (node->type) {
+        case CMARK_NODE_TEXT:
+        case CMARK_NODE_CODE:
+            text += viewOf(node->as.literal);
+            break;
+        case CMARK_NODE_SOFTBREAK:
+        case CMARK_NODE_LINEBREAK:
+            text += ' ';
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+std::string plainTextOf(const cmark_node* node) {
     std::string text;
-    const Handle<cmark_iter, cmark_iter_free> walk{cmark_iter_new(node)};
-    while (cmark_iter_next(walk.get()) != CMARK_EVENT_DONE) {
-        if (cmark_iter_get_event_type(walk.get()) != CMARK_EVENT_ENTER) continue;
-        const cmark_node* inner = cmark_iter_get_node(walk.get());
-        switch (inner->type) {
-            case CMARK_NODE_TEXT:
-            case CMARK_NODE_CODE:
-                text += viewOf(inner->as.literal);
-                break;
-            case CMARK_NODE_SOFTBREAK:
-            case CMARK_NODE_LINEBREAK:
-                text += ' ';
-                break;
-            default:
-                break;
-        }
+    const cmark_node* inner = node->first_child;
+    while (inner != nullptr) {
+        appendPlainText(text, inner);
+        const cmark_node* next = inner->first_child;
+        for (; next == nullptr && inner != node; inner = inner->parent)
+            next = inner->next;
+        inner = next;
     }
     return text;
 }

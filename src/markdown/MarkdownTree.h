@@ -29,6 +29,6 @@ inline std::string_view viewOf(const cmark_chunk& chunk) {
 }
 
 /// The text of the nodes below `node`: code without its marks, breaks as white space, no HTML.
-std::string plainTextOf(cmark_node* node);
+std::string plainTextOf(const cmark_node* node);
 
 }  // namespace corvel
