@@ -97,12 +97,14 @@ TEST(PersistenceController, KeepsWhatListsAreOrderedByWhenRowsAreLaidOutAnew) {
     Database(folder.path() / "qnoCorvel.sqlite")
         .execute(contentsOf(std::filesystem::path(CORVEL_TEST_DATA) / "model" / "version-2.sql"));
     PersistenceController controller(Storage::onDisk, folder.path());
-    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag WHERE notePk=1 AND isAttached=1"
-                                 " AND isInText=1 AND isListed=1 AND isPinned=1"
-                                 " AND modifiedAt=2000000"),
+    EXPECT_EQ(number(controller,
+                     "SELECT count(*) FROM noteTag WHERE notePk=1 AND isAttached=1"
+                     " AND isInText=1 AND isListed=1 AND isPinned=1"
+                     " AND modifiedAt=2000000"),
               2);
-    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteFolder WHERE notePk=2 AND isListed=1"
-                                 " AND isPinned=0 AND modifiedAt=3000000"),
+    EXPECT_EQ(number(controller,
+                     "SELECT count(*) FROM noteFolder WHERE notePk=2 AND isListed=1"
+                     " AND isPinned=0 AND modifiedAt=3000000"),
               1);
     PersistenceController fresh(Storage::inMemory);
     constexpr std::string_view kIndexes =
@@ -113,6 +115,21 @@ TEST(PersistenceController, KeepsWhatListsAreOrderedByWhenRowsAreLaidOutAnew) {
     database.execute("DELETE FROM tag WHERE pk=1; DELETE FROM folder");
     EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag"), 0);
     EXPECT_EQ(number(controller, "SELECT count(*) FROM noteFolder"), 0);
+}
+
+TEST(PersistenceControllerDeathTest, AStoreThatCannotBeCarriedForwardWaitsForRoom) {
+    FullDisk::makePossible();
+    const TemporaryFolder folder;
+    Database(folder.path() / "qnoCorvel.sqlite")
+        .execute(contentsOf(std::filesystem::path(CORVEL_TEST_DATA) / "model" / "version-2.sql"));
+    const auto openWithoutRoom = [&] {
+        const FullDisk fullDisk;
+        PersistenceController(Storage::onDisk, folder.path());
+    };
+    EXPECT_EXIT(openWithoutRoom(), testing::ExitedWithCode(1), "failed to load: .*disk");
+    PersistenceController controller(Storage::onDisk, folder.path());
+    EXPECT_EQ(number(controller, "PRAGMA user_version"), schema::kVersion);
+    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag WHERE isInText=1"), 2);
 }
 
 TEST(PersistenceControllerDeathTest, AStoreThatDoesNotLoadEndsTheProgramAndIsLeftAsItWas) {
