@@ -59,7 +59,10 @@ NoteBookkeeping::NoteBookkeeping(Database& database, RowId row)
     : m_database(database), m_row(row), m_before(NoteState::read(database, row)) {}
 
 void NoteBookkeeping::finish() {
-    const NoteState after = NoteState::read(m_database, m_row);
+    finishWith(NoteState::read(m_database, m_row));
+}
+
+void NoteBookkeeping::finishWith(const NoteState& after) {
     if (after.exists) {
         updateCopies(after);
         updateFolderCount(after);
@@ -78,15 +81,16 @@ void NoteBookkeeping::updateFolderCount(const NoteState& after) {
 
 // The rows whose copies already agree are left alone: most changes touch none or all of them.
 void NoteBookkeeping::updateCopies(const NoteState& after) {
-    for (const std::string_view sql :
-         {std::string_view(
-              "UPDATE noteTag SET isListed=?1, isPinned=?2, modifiedAt=?3 WHERE notePk=?4"
-              " AND (isListed<>?1 OR isPinned<>?2 OR modifiedAt<>?3)"),
-          std::string_view(
-              "UPDATE noteFolder SET isListed=?1, isPinned=?2, modifiedAt=?3 WHERE notePk=?4"
-              " AND (isListed<>?1 OR isPinned<>?2 OR modifiedAt<>?3)")}) {
+    const auto update = [&](std::string_view sql) {
         m_database.query(sql).bind(after.isListed(), after.isPinned, after.modifiedAt, m_row).run();
-    }
+    };
+    update(
+        "UPDATE noteTag SET isListed=?1, isPinned=?2, modifiedAt=?3 WHERE notePk=?4"
+        " AND (isListed<>?1 OR isPinned<>?2 OR modifiedAt<>?3)");
+    if (after.folders.empty()) return;
+    update(
+        "UPDATE noteFolder SET isListed=?1, isPinned=?2, modifiedAt=?3 WHERE notePk=?4"
+        " AND (isListed<>?1 OR isPinned<>?2 OR modifiedAt<>?3)");
 }
 
 }  // namespace corvel

@@ -37,8 +37,11 @@ private:
 class NoteBookkeeping {
 public:
     NoteBookkeeping(Database& database, RowId row);
+    const NoteState& before() const { return m_before; }
     /// Reads the state after the change.
     void finish();
+    /// For a caller that knows the state after the change.
+    void finishWith(const NoteState& after);
 
 private:
     void updateCopies(const NoteState& after);

@@ -92,25 +92,42 @@ void insertOne(Database& database,
     changes.add({}, state);
 }
 
-// Several statements, so that an edit does not touch the indexes on what it leaves as it is.
+struct RowChanges {
+    bool title = false;
+    bool wordCount = false;
+    bool place = false;  ///< trash and linked file, which say what lists it is in
+};
+
+RowChanges changesOf(Database& database, RowId row, const Note& note, const DerivedText& derived) {
+    auto query = database.query(
+        "SELECT title IS NOT ?, wordCount<>?, isTrashed<>? OR trashedAt IS NOT ?"
+        " OR sourceFilePath IS NOT ? OR bookmarkData IS NOT ? FROM note WHERE pk=?");
+    query.bind(note.title, derived.wordCount, note.isTrashed, note.trashedAt, note.sourceFilePath,
+               note.bookmarkData, row);
+    if (!query.next()) return {};
+    return {query.boolean(0), query.boolean(1), query.boolean(2)};
+}
+
+// Several statements, each only for what differs: an update opens every index of what it names.
 void updateNoteRow(Database& database, RowId row, const Note& note, const DerivedText& derived) {
+    const RowChanges changes = changesOf(database, row, note, derived);
     database.query("UPDATE note SET modifiedAt=?, syncStatus=1, excerpt=? WHERE pk=?")
         .bind(note.modifiedAt, derived.excerpt, row)
         .run();
-    database.query("UPDATE note SET wordCount=?1 WHERE pk=?2 AND wordCount<>?1")
-        .bind(derived.wordCount, row)
-        .run();
-    database.query("UPDATE note SET title=?1 WHERE pk=?2 AND title IS NOT ?1")
-        .bind(note.title, row)
-        .run();
-    database
-        .query(
-            "UPDATE note SET isTrashed=?1, trashedAt=?2, sourceFilePath=?3, bookmarkData=?4 WHERE "
-            "pk=?5"
-            " AND (isTrashed<>?1 OR trashedAt IS NOT ?2 OR sourceFilePath IS NOT ?3"
-            " OR bookmarkData IS NOT ?4)")
-        .bind(note.isTrashed, note.trashedAt, note.sourceFilePath, note.bookmarkData, row)
-        .run();
+    if (changes.wordCount) {
+        database.query("UPDATE note SET wordCount=? WHERE pk=?").bind(derived.wordCount, row).run();
+    }
+    if (changes.title) {
+        database.query("UPDATE note SET title=? WHERE pk=?").bind(note.title, row).run();
+    }
+    if (changes.place) {
+        database
+            .query(
+                "UPDATE note SET isTrashed=?, trashedAt=?, sourceFilePath=?, bookmarkData=?"
+                " WHERE pk=?")
+            .bind(note.isTrashed, note.trashedAt, note.sourceFilePath, note.bookmarkData, row)
+            .run();
+    }
 }
 
 }  // namespace
@@ -147,8 +164,12 @@ void update(Database& database, RowId row, const Note& note, const DerivedText& 
             " ON CONFLICT(notePk) DO UPDATE SET content=excluded.content")
         .bind(row, note.content)
         .run();
-    tagRows::replace(database, row, derived.tagPaths, NoteState::of(note));
-    bookkeeping.finish();
+    NoteState after = bookkeeping.before();
+    after.isTrashed = note.isTrashed;
+    after.hasBookmark = note.bookmarkData.has_value();
+    after.modifiedAt = note.modifiedAt;
+    after.textTags = tagRows::replace(database, row, derived.tagPaths, after);
+    bookkeeping.finishWith(after);
 }
 
 void updateState(Database& database, RowId row, std::string_view sql) {

@@ -57,10 +57,10 @@ std::int64_t findOrCreateTag(Database& database, const std::string& fullPath) {
     return findOrCreate(database, fullPath, Kind::object);
 }
 
-void replace(Database& database,
-             RowId note,
-             const std::vector<std::string>& textPaths,
-             const NoteState& state) {
+std::vector<std::int64_t> replace(Database& database,
+                                  RowId note,
+                                  const std::vector<std::string>& textPaths,
+                                  const NoteState& state) {
     // What stands already as it should is left alone: an edit seldom changes a tag.
     std::vector<std::string> missing = textPaths;
     std::vector<std::int64_t> kept;
@@ -84,7 +84,10 @@ void replace(Database& database,
         database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?").bind(key, note).run();
     }
     TagKeys keys(database);
-    attach(database, note, missing, Source::text, state, keys);
+    const auto added = attach(database, note, missing, Source::text, state, keys);
+    kept.insert(kept.end(), added.begin(), added.end());
+    std::sort(kept.begin(), kept.end());
+    return kept;
 }
 
 std::int64_t TagKeys::keyOf(const std::string& fullPath) {

@@ -17,11 +17,11 @@ namespace corvel::tagRows {
 /// The key of the tag object with this path, made with its ancestors where missing.
 std::int64_t findOrCreateTag(Database& database, const std::string& fullPath);
 
-/// Makes the note's tag set exactly the tags in its text.
-void replace(Database& database,
-             RowId note,
-             const std::vector<std::string>& textPaths,
-             const NoteState& state);
+/// Makes the note's tag set exactly the tags in its text. Gives their keys, ascending.
+std::vector<std::int64_t> replace(Database& database,
+                                  RowId note,
+                                  const std::vector<std::string>& textPaths,
+                                  const NoteState& state);
 
 enum class Source { text, elsewhere };
 
