@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,20 +21,23 @@ namespace {
 using namespace corvel;
 
 constexpr std::size_t kFiles = 10'000;
+constexpr std::size_t kLarge = std::size_t{50} * 1024 * 1024;
 constexpr int kRounds = 3;
 constexpr std::size_t kRowsACommit = 200;
 
-/// Ten thousand Markdown files imported into an empty library, beside reading them and writing bare
+/// Markdown files imported into an empty library, beside reading them and writing bare
 /// rows of title and text, with the same pragmas and a commit for every 200.
 class ImportBench {
 public:
-    ImportBench() {
+    /// `size`: bytes of each file, or none for those of a library.
+    ImportBench(std::size_t count, std::optional<std::size_t> size) {
         const LibraryGenerator generator;
-        for (std::size_t number = 0; number < kFiles; ++number) {
+        std::filesystem::create_directories(m_folder.path() / "in");
+        for (std::size_t number = 0; number < count; ++number) {
             m_files.push_back(m_folder.path() / "in" / (std::to_string(number) + ".md"));
-            std::filesystem::create_directories(m_files.back().parent_path());
             std::ofstream(m_files.back(), std::ios::binary)
-                << generator.generateNote(number).content;
+                << (size ? generator.generateText(number, *size)
+                         : generator.generateNote(number).content);
         }
     }
 
@@ -83,11 +87,13 @@ private:
     LoopSlices m_slices;
 };
 
-void compareImport(benchmark::State& state) {
-    ImportBench bench;
+void compareImport(benchmark::State& state,
+                   std::size_t count,
+                   std::optional<std::size_t> size = std::nullopt) {
+    ImportBench bench(count, size);
     PairedRun(kRounds).run(
         state, [&] { bench.importAll(); }, [&] { bench.writeBare(); });
-    if (bench.imported() != kFiles) state.SkipWithError("not every file was imported");
+    if (bench.imported() != count) state.SkipWithError("not every file was imported");
     bench.slices().report(state);
 }
 
@@ -96,7 +102,8 @@ void compareImport(benchmark::State& state) {
 int main(int argc, char** argv) {
     Glib::init();
     benchmark::Initialize(&argc, argv);
-    registerPaired("import/10000files", compareImport);
+    registerPaired("import/10000files", [](auto& state) { compareImport(state, kFiles); });
+    registerPaired("import/50MB", [](auto& state) { compareImport(state, 1, kLarge); });
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
