@@ -26,13 +26,14 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION editors)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Icons are drawn by librsvg's loader, GTK speaks to screen readers through at-spi2-core; WebKit, loaded late, is
-# added by PackageDepends.cmake.
+# Icons are drawn by librsvg's loader, GTK speaks to screen readers through at-spi2-core; libraries that are
+# loaded late are added by PackageDepends.cmake.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "librsvg2-common, at-spi2-core, default-dbus-session-bus | dbus-session-bus")
 # Spelling in both languages, and some keeper of the assistant's keys.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "hunspell-en-us, hunspell-pl, gnome-keyring | keepassxc | libkf5wallet-bin, xdg-desktop-portal")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "packagekit, hunspell-dictionary")
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/PackageDepends.cmake)
-set(CPACK_CORVEL_WEB_CALLS ${CMAKE_BINARY_DIR}/src/web-calls.inc)
+set(CPACK_CORVEL_WEB_CALLS ${CMAKE_BINARY_DIR}/src/corvel_ui-late-calls.inc)
+set(CPACK_CORVEL_LATE_LIBRARIES ${LIBZIP_LIBRARY} ${QPDF_LIBRARY} ${SOUP_LIBRARY} ${SECRET_LIBRARY})
 include(CPack)

@@ -31,7 +31,7 @@ public:
 
 private:
     Limits m_limits;
-    GObjectHandle<SoupSession> m_session;
+    mutable GObjectHandle<SoupSession> m_session;  // made with the first request
 };
 
 }  // namespace corvel

@@ -1,7 +1,5 @@
 #include "platform/gtk/WebRoom.h"
 
-#include "platform/gtk/WebLibrary.h"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -82,15 +80,10 @@ WebKitNetworkSession* makeSession() {
     return session;
 }
 
-std::shared_ptr<ContentFilter> compileFilter() {
-    weblibrary::load();
-    return ContentFilter::compile();
-}
-
 }  // namespace
 
 WebRoom::WebRoom(Permission mayLoadImages)
-    : m_filter(compileFilter())
+    : m_filter(ContentFilter::compile())
     , m_images(std::make_shared<ImageScheme>(std::move(mayLoadImages)))
     , m_context(webkit_web_context_new())
     , m_session(makeSession())
