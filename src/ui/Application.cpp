@@ -61,8 +61,10 @@ void Application::on_startup() {
     m_preferences = std::make_unique<Preferences>(*m_defaults);
     m_texts = std::make_unique<Localisation>(*m_preferences);
     followLanguage();
+    const bool isService = (get_flags() & Flags::IS_SERVICE) == Flags::IS_SERVICE;
     {
         const EmptyTheme untilAdwaitaTakesOver;
+        if (!isService) m_fonts.emplace(fontScale(m_preferences->uiSize()));
         Gtk::Application::on_startup();
     }
     claimMainThread();
@@ -70,7 +72,7 @@ void Application::on_startup() {
     registerResources();
     m_actions.emplace(*this, [this](CommandID command) { perform(command); });
     endOnSignals();
-    if ((get_flags() & Flags::IS_SERVICE) == Flags::IS_SERVICE) {
+    if (isService) {
         set_inactivity_timeout(static_cast<guint>(std::chrono::milliseconds(kIdle).count()));
     }
 }
@@ -220,6 +222,7 @@ void Application::openWindow() {
     session();
     m_rebuild.reset();
     m_style = std::make_unique<StyleSheet>(m_session->preferences, *m_themes);
+    if (m_fonts) m_fonts->use();
     m_window = std::make_unique<MainWindow>(*m_session, *this);
     m_session->start();
     reportFirstFrame(m_window->window());

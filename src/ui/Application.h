@@ -4,6 +4,7 @@
 #include "library/DerivedRows.h"
 #include "model/PersistenceController.h"
 #include "ui/AppActions.h"
+#include "ui/FontsAhead.h"
 #include "ui/Housekeeping.h"
 #include "ui/IndexFeeder.h"
 #include "ui/MainWindow.h"
@@ -63,6 +64,7 @@ private:
     void endOnSignals();
 
     std::optional<AppActions> m_actions;
+    std::optional<FontsAhead> m_fonts;
     std::unique_ptr<SearchProvider> m_searchProvider;
     std::unique_ptr<UserDefaults> m_defaults;
     std::unique_ptr<Preferences> m_preferences;
