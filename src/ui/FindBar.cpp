@@ -150,7 +150,7 @@ editing::SearchQuery FindBar::query() const {
 
 void FindBar::setStatus(const std::string& text, Mood mood) {
     m_status.set_text(text);
-    m_status.set_tooltip_text(text);
+    setTooltip(m_status, text);
     const auto mark = [this](Gtk::Widget& widget, const char* name, bool isOn) {
         if (isOn) {
             widget.add_css_class(name);

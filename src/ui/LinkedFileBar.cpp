@@ -67,8 +67,7 @@ void LinkedFileBar::refresh() {
     const bool isShown = isShownFor(kind);
     if (isShown) {
         m_text.set_text(message());
-        m_text.set_tooltip_text(
-            Glib::filename_display_name(m_session.linkedFile.state().path.string()));
+        setTooltip(m_text, Glib::filename_display_name(m_session.linkedFile.state().path.string()));
         // A button that has the focus must not go while its matter is the same.
         const char* language = m_session.texts.languageCode();
         if (m_shown != kind || m_language != std::string(language)) fillButtons();
@@ -117,7 +116,7 @@ void LinkedFileBar::addButton(const Text& label, const std::function<void()>& pr
     auto& button = *Gtk::make_managed<Gtk::Button>();
     button.add_css_class("text-button");
     button.set_child(name);
-    button.set_tooltip_text(m_session.texts(label));
+    setTooltip(button, m_session.texts(label));
     setAccessibleLabel(button, m_session.texts(label));
     // What is pressed may take the button away.
     button.signal_clicked().connect([this, pressed] {

@@ -42,7 +42,7 @@ StatusLine::StatusLine(Session& session) : m_session(session), m_folders(session
 
 void StatusLine::refresh(const std::string& notice) {
     m_notice.set_text(notice);
-    m_notice.set_tooltip_text(notice);
+    setTooltip(m_notice, notice);
     m_notice.set_visible(!notice.empty());
     refreshCounts();
     refreshFolders();
@@ -74,7 +74,7 @@ std::string StatusLine::saveText() const {
 void StatusLine::refreshSaveState() {
     const std::string text = saveText();
     m_save.set_text(text);
-    m_save.set_tooltip_text(text);
+    setTooltip(m_save, text);
     if (m_session.editor.saveState().kind == SaveState::Kind::failed) {
         m_save.add_css_class("save-failed");
     } else {
