@@ -95,7 +95,6 @@ void MainWindow::restoreSize() {
         std::max(store.integer(kWidthKey).value_or(kWidth), kSmallestWidth),
         std::max(store.integer(kHeightKey).value_or(kHeight), kSmallestHeight));
     if (store.boolean(kMaximizedKey).value_or(false)) m_window.maximize();
-    m_layout.setAvailableWidth(m_window.property_default_width());
 }
 
 void MainWindow::remember() {
@@ -124,6 +123,8 @@ void MainWindow::followWidth() {
     };
     m_connections.emplace_back(m_session.state.selectedNoteID.signalChanged().connect(arrange));
     m_window.signal_realize().connect([this, arrange] {
+        // Not before all that is shown at first is there to be measured.
+        m_layout.setAvailableWidth(m_window.property_default_width());
         adw::connect(m_window.get_surface()->gobj(), "notify::width", arrange);
     });
 }

@@ -138,6 +138,7 @@ void NoteListPane::buildBody() {
     m_stack.set_vexpand(true);
     m_stack.add(m_view, "rows");
     m_stack.add(m_empty.widget(), "empty");
+    m_empty.widget().set_visible(false);
     append(m_stack);
 }
 
@@ -330,7 +331,10 @@ void NoteListPane::showEmptyState() {
         m_emptyNew.set_visible(state.offersNewNote);
         m_emptyImport.set_visible(state.offersImport);
     }
+    // The stack would measure it even behind the rows.
+    if (isEmpty) m_empty.widget().set_visible(true);
     m_stack.set_visible_child(isEmpty ? "empty" : "rows");
+    m_empty.widget().set_visible(isEmpty);
 }
 
 void NoteListPane::notesTrashed(const std::vector<Uuid>& ids) {

@@ -98,6 +98,8 @@ void NotePane::buildEmptyState() {
     m_empty.widget().set_vexpand(true);
     m_stack.add(m_empty.widget(), kEmptyPage);
     m_stack.add(m_several.widget(), kSeveralPage);
+    m_empty.widget().set_visible(false);
+    m_several.widget().set_visible(false);
 }
 
 // There is nothing to select before the first note, which the list offers to make.
@@ -109,10 +111,15 @@ void NotePane::labelEmptyState() {
                 hasNotes ? say(texts::noNoteOpenDetail) : "");
 }
 
+// The stack measures its other pages too, and large text takes long: those are hidden.
 void NotePane::showPage() {
-    if (m_shownID) return m_stack.set_visible_child(kNotePage);
-    m_several.refresh();
-    m_stack.set_visible_child(m_session.state.hasSeveralSelected() ? kSeveralPage : kEmptyPage);
+    const bool hasSeveral = !m_shownID && m_session.state.hasSeveralSelected();
+    if (!m_shownID) m_several.refresh();
+    if (!m_shownID) (hasSeveral ? m_several.widget() : m_empty.widget()).set_visible(true);
+    const char* unopened = hasSeveral ? kSeveralPage : kEmptyPage;
+    m_stack.set_visible_child(m_shownID ? kNotePage : unopened);
+    m_several.widget().set_visible(hasSeveral);
+    m_empty.widget().set_visible(!m_shownID && !hasSeveral);
 }
 
 void NotePane::follow() {
