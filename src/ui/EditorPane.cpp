@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace corvel {
 
@@ -106,7 +107,29 @@ void EditorPane::applySize() {
     auto* buffer = sourceBuffer(m_buffer);
     gtk_source_buffer_set_highlight_matching_brackets(buffer, FALSE);
     gtk_source_buffer_set_highlight_syntax(buffer, !m_isLarge);
-    gtk_source_buffer_set_language(buffer, m_isLarge ? nullptr : sourcestyle::language());
+    if (m_view->get_mapped()) {
+        applyLanguage();
+    } else {
+        applyLanguageSoon();
+    }
+}
+
+void EditorPane::applyLanguage() {
+    if (!m_buffer) return;
+    gtk_source_buffer_set_language(sourceBuffer(m_buffer),
+                                   m_isLarge ? nullptr : sourcestyle::language());
+}
+
+// Reading the language takes long, and the first frame would come without colours anyway: the
+// toolkit finds them when idle. The second tick follows that frame.
+void EditorPane::applyLanguageSoon() {
+    if (std::exchange(m_isLanguageDue, true)) return;
+    m_view->add_tick_callback([this, isFirst = true](const Glib::RefPtr<Gdk::FrameClock>&) mutable {
+        if (std::exchange(isFirst, false)) return true;
+        m_isLanguageDue = false;
+        applyLanguage();
+        return false;
+    });
 }
 
 void EditorPane::applyColors() {

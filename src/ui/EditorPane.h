@@ -53,6 +53,8 @@ private:
     void applyColors();
     void applySpacing();
     void applySize();
+    void applyLanguage();
+    void applyLanguageSoon();
 
     const Preferences& m_preferences;
     const ThemeManager& m_themes;
@@ -62,6 +64,7 @@ private:
     std::optional<Uuid> m_noteID;
     bool m_isLarge = false;
     bool m_isPartial = false;
+    bool m_isLanguageDue = false;
     BufferEdits m_edits;
     ScopedConnection m_themeChanged;
     ScopedConnection m_preferenceChanged;
