@@ -24,15 +24,9 @@ SidebarRow::SidebarRow() : m_content(Gtk::Orientation::HORIZONTAL, kIconGap) {
     tellWhenCut(m_name);
     m_count.add_css_class("count");
     m_count.add_css_class("numeric");
-    m_addButton.set_icon_name("list-add-symbolic");
-    m_addButton.add_css_class("flat");
-    m_addButton.add_css_class("section-add");
-    m_addButton.set_valign(Gtk::Align::CENTER);
-    m_addButton.signal_clicked().connect([this] { m_add.emit(); });
     m_content.append(m_icon);
     m_content.append(m_name);
     m_content.append(m_count);
-    m_content.append(m_addButton);
     m_expander.set_child(m_content);
     m_expander.set_hexpand(true);
     // The list's own row takes the focus; its keys are handled by the sidebar.
@@ -48,7 +42,7 @@ void SidebarRow::bind(const Glib::RefPtr<Gtk::TreeListRow>& row, const std::stri
     const bool isTree = kind == SidebarNode::Kind::folder || kind == SidebarNode::Kind::tag;
     m_expander.set_indent_for_icon(isTree);
     m_expander.set_list_row(row);
-    labelControl(m_addButton, addLabel);
+    m_addLabel = addLabel;
     m_itemChanged = m_item->signalChanged().connect([this] { show(); });
     m_expandedChanged = row->property_expanded().signal_changed().connect(
         [this] { m_expanded.emit(m_item->key(), m_treeRow->get_expanded()); });
@@ -70,7 +64,7 @@ void SidebarRow::show() {
     m_icon.set_visible(!node.icon.empty());
     m_count.set_text(node.count ? std::to_string(*node.count) : std::string());
     m_count.set_visible(node.count.has_value());
-    m_addButton.set_visible(node.kind == SidebarNode::Kind::folderHeading);
+    showAddButton(node.kind == SidebarNode::Kind::folderHeading);
     set_margin_top(node.isHeading() ? kSectionGap : 0);
     if (node.isHeading()) {
         m_name.add_css_class("section-heading");
@@ -78,6 +72,21 @@ void SidebarRow::show() {
         m_name.remove_css_class("section-heading");
     }
     if (auto* parent = get_parent()) setAccessibleLabel(*parent, accessibleNameOf(node));
+}
+
+void SidebarRow::showAddButton(bool isShown) {
+    if (isShown && m_addButton == nullptr) {
+        m_addButton = Gtk::make_managed<Gtk::Button>();
+        m_addButton->set_icon_name("list-add-symbolic");
+        m_addButton->add_css_class("flat");
+        m_addButton->add_css_class("section-add");
+        m_addButton->set_valign(Gtk::Align::CENTER);
+        m_addButton->signal_clicked().connect([this] { m_add.emit(); });
+        m_content.append(*m_addButton);
+    }
+    if (m_addButton == nullptr) return;
+    m_addButton->set_visible(isShown);
+    labelControl(*m_addButton, m_addLabel);
 }
 
 }  // namespace corvel

@@ -33,6 +33,7 @@ public:
 
 private:
     void show();
+    void showAddButton(bool isShown);
 
     Glib::RefPtr<Gtk::TreeListRow> m_treeRow;
     Glib::RefPtr<SidebarItem> m_item;
@@ -43,7 +44,8 @@ private:
     Gtk::Image m_icon;
     Gtk::Label m_name;
     Gtk::Label m_count;
-    Gtk::Button m_addButton;
+    Gtk::Button* m_addButton = nullptr;  // made for the one row that has it
+    std::string m_addLabel;
     sigc::signal<void()> m_add;
     sigc::signal<void(const std::string&, bool)> m_expanded;
 };
