@@ -15,6 +15,7 @@
 #include <glibmm/main.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvel {
 
@@ -74,7 +75,7 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     overlay.add_overlay(m_palette);
     adw::setContent(m_window, overlay);
     m_window.set_size_request(kSmallestWidth, kSmallestHeight);
-    m_window.set_icon_name("com.qno.corvel");
+    showIcon();
     restoreSize();
     followWidth();
     buildDrop();
@@ -87,6 +88,15 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
 
 MainWindow::~MainWindow() {
     gtk_window_destroy(m_hold.get());
+}
+
+// It is drawn in several sizes, for window switchers: the second tick follows the first frame.
+void MainWindow::showIcon() {
+    m_window.add_tick_callback([this, isFirst = true](const auto&) mutable {
+        if (std::exchange(isFirst, false)) return true;
+        m_window.set_icon_name("com.qno.corvel");
+        return false;
+    });
 }
 
 void MainWindow::restoreSize() {

@@ -61,6 +61,7 @@ public:
     AssistantHost* assistant() { return m_assistant.get(); }
 
 private:
+    void showIcon();
     void restoreSize();
     void followWidth();
     void buildDrop();
