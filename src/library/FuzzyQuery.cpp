@@ -17,10 +17,6 @@ bool isWordLetter(char letter) {
     return !isAscii(letter) || (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
 }
 
-bool isWordStart(std::string_view folded, std::size_t place) {
-    return place == 0 || !isWordLetter(folded[place - 1]);
-}
-
 bool isBehindSpace(std::string_view folded, std::size_t place) {
     return place == 0 || folded[place - 1] == ' ';
 }
@@ -34,6 +30,10 @@ std::size_t nextCharacter(std::string_view text, std::size_t place) {
 
 std::size_t placeOf(const std::string& letter, std::string_view folded, std::size_t from) {
     return letter.size() == 1 ? folded.find(letter.front(), from) : folded.find(letter, from);
+}
+
+bool contains(std::string_view folded, std::string_view sought) {
+    return folded.find(sought) != std::string_view::npos;
 }
 
 std::string normalized(std::string_view query) {
@@ -60,77 +60,24 @@ struct FoldedTitle {
     }
 };
 
-std::uint32_t bitOf(char letter) {
-    if (letter >= 'a' && letter <= 'z') return 1U << static_cast<unsigned>(letter - 'a');
-    return 1U << (26U + static_cast<unsigned char>(letter) % 6U);
-}
-
-std::uint32_t bitOf(char first, char second) {
-    constexpr std::uint32_t kSpread = 0x9E3779B1;  // by the golden ratio, as hashes do
-    const auto pair = static_cast<std::uint32_t>(static_cast<unsigned char>(first)) << 8U |
-                      static_cast<unsigned char>(second);
-    return 1U << (pair * kSpread >> 27U);
-}
-
 }  // namespace
 
-FuzzyQuery::FuzzyQuery(std::string_view query) : m_finder(normalized(query)) {
-    const std::string_view folded = m_finder.sought();
-    for (std::size_t place = 0; place < folded.size();) {
-        const std::size_t end = nextCharacter(folded, place);
-        if (folded[place] != ' ') m_letters.emplace_back(folded.substr(place, end - place));
+FuzzyQuery::FuzzyQuery(std::string_view query) : m_piece(normalized(query)), m_word(' ' + m_piece) {
+    for (std::size_t place = 0; place < m_piece.size();) {
+        const std::size_t end = nextCharacter(m_piece, place);
+        if (m_piece[place] != ' ') m_letters.push_back(m_piece.substr(place, end - place));
         place = end;
     }
-    for (const std::string& letter : m_letters) {
-        m_mask |= lettersOf(letter);
-    }
-    if (m_letters.empty()) return;
-    m_head.letters = bitOf(m_letters[0].front());
-    const std::size_t second = m_letters[0].size();
-    if (second < folded.size()) m_head.pairs = bitOf(folded[0], folded[second]);
-    for (std::size_t i = 1; i < std::min<std::size_t>(m_letters.size(), 3); ++i) {
-        const char letter = m_letters[i].front();
-        m_next.push_back({bitOf(letter), bitOf(m_letters[i - 1].front(), letter)});
-    }
 }
 
-std::uint32_t FuzzyQuery::lettersOf(std::string_view folded) {
-    std::uint32_t letters = 0;
-    for (const char letter : folded) {
-        letters |= bitOf(letter);
-    }
-    return letters;
-}
-
-WordHeads FuzzyQuery::headsOf(std::string_view folded) {
-    WordHeads heads;
-    for (std::size_t place = 0; place < folded.size(); ++place) {
-        if (!isWordStart(folded, place)) continue;
-        heads.letters |= bitOf(folded[place]);
-        const std::size_t second = nextCharacter(folded, place);
-        if (second < folded.size()) heads.pairs |= bitOf(folded[place], folded[second]);
-    }
-    return heads;
-}
-
-// Each letter begins a word or follows the one before, which began one itself. The third may also
-// follow a second that followed the first; what comes behind is not looked at.
-bool FuzzyQuery::mayBeginWords(const WordHeads& heads) const {
-    if ((m_head.letters & ~heads.letters) != 0) return false;
-    bool mayGoOn = false;
-    for (const WordHeads& next : m_next) {
-        const bool isPair = (next.pairs & heads.pairs) != 0;
-        if (!mayGoOn && !isPair && (next.letters & heads.letters) == 0) return false;
-        mayGoOn = isPair;
-    }
-    return true;
+bool FuzzyQuery::isWordStart(std::string_view folded, std::size_t place) {
+    return place == 0 || !isWordLetter(folded[place - 1]);
 }
 
 std::optional<std::size_t> FuzzyQuery::bestPiece(std::string_view folded) const {
-    const std::string& sought = m_finder.sought();
     std::optional<std::size_t> first;
-    for (auto at = folded.find(sought); at != std::string_view::npos;
-         at = folded.find(sought, at + 1)) {
+    for (auto at = folded.find(m_piece); at != std::string_view::npos;
+         at = folded.find(m_piece, at + 1)) {
         if (isBehindSpace(folded, at)) return at;
         if (!first) first = at;
     }
@@ -144,14 +91,26 @@ std::optional<MatchRank> FuzzyQuery::rankOfPiece(std::string_view folded) const 
     return isBehindSpace(folded, *place) ? MatchRank::wordStart : MatchRank::inside;
 }
 
-std::optional<MatchRank> FuzzyQuery::rankOfLetters(std::string_view folded) const {
+std::optional<MatchRank> FuzzyQuery::rank(std::string_view folded) const {
+    if (const auto piece = rankOfPiece(folded)) return piece;
     if (!scattered(folded, nullptr)) return std::nullopt;
     return atWordStarts(folded, nullptr) ? MatchRank::wordStarts : MatchRank::scattered;
 }
 
-std::optional<MatchRank> FuzzyQuery::rank(std::string_view folded) const {
-    const auto piece = rankOfPiece(folded);
-    return piece ? piece : rankOfLetters(folded);
+bool FuzzyQuery::isAtLeast(MatchRank rank, std::string_view folded) const {
+    switch (rank) {
+        case MatchRank::start:
+            return folded.starts_with(m_piece);
+        case MatchRank::wordStart:
+            return contains(folded, m_word);
+        case MatchRank::inside:
+            return contains(folded, m_piece);
+        case MatchRank::wordStarts:
+            return atWordStarts(folded, nullptr);
+        case MatchRank::scattered:
+            return scattered(folded, nullptr);
+    }
+    return false;
 }
 
 // Each letter goes on where the last one ended, or begins a word.
@@ -189,7 +148,7 @@ std::vector<MatchRange> FuzzyQuery::rangesIn(std::string_view title) const {
     Places bytes;
     if (isEmpty()) return {};
     if (const auto piece = bestPiece(folded.text)) {
-        for (std::size_t i = 0; i < m_finder.sought().size(); ++i) {
+        for (std::size_t i = 0; i < m_piece.size(); ++i) {
             bytes.push_back(*piece + i);
         }
     } else {

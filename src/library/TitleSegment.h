@@ -2,8 +2,11 @@
 
 #include "library/FuzzyQuery.h"
 #include "library/NoteSummary.h"
+#include "library/TitleMarks.h"
+#include "library/TitleMatcher.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -37,41 +40,35 @@ private:
     std::size_t endOf(std::size_t position) const {
         return position + 1 < m_begins.size() ? m_begins[position + 1] - 1 : m_text.size();
     }
-    WordHeads headsAt(std::size_t position) const {
-        return {m_headLetters[position], m_headPairs[position]};
-    }
-    /// The first at or after `from` that has all bits of `wanted`, or their number.
-    static std::size_t findWith(const std::vector<std::uint32_t>& masks,
-                                std::uint32_t wanted,
-                                std::size_t from);
-    std::size_t positionAt(std::size_t offset, std::size_t from) const;
-    static std::size_t countUpTo(const Hits& hits, MatchRank rank);
-
-    /// Calls `take` with the position of each title that `finder` finds, until it returns false.
+    /// Calls `take` with the position of each of the candidates that has the query at `rank`, until
+    /// it returns false.
     template <typename Take>
-    void sweep(const TextFinder& finder, Take take) const;
-    template <typename Take>
-    void searchPieces(const FuzzyQuery& query, std::size_t limit, Take take, Hits& hits) const;
-    template <typename Take>
-    void searchWordStarts(
-        const FuzzyQuery& query, std::size_t limit, std::size_t from, Take take, Hits& hits) const;
-    template <typename Take>
-    void searchLetters(const FuzzyQuery& query, std::size_t limit, Take take, Hits& hits) const;
+    void eachAt(MatchRank rank, const FuzzyQuery& query, TitleMatcher& matcher, Take take) const;
 
     std::string m_text;
     std::vector<std::size_t> m_begins;
     std::vector<RowId> m_rows;
-    // Behind so many, the older notes with a slightly better rank are not worth a key's time.
-    static constexpr std::size_t kMostTries = 500;
-    // A piece that is met more often, with too few titles that begin with it, is sought only where
-    // it begins a word.
-    static constexpr std::size_t kMostPieces = 300;
-
-    // Not in a record: a key reads one of them for all titles.
-    std::vector<std::uint32_t> m_letters;
-    std::vector<std::uint32_t> m_headLetters;
-    std::vector<std::uint32_t> m_headPairs;
+    TitleMarks m_marks;
 };
+
+template <typename Take>
+void TitleSegment::eachAt(MatchRank rank,
+                          const FuzzyQuery& query,
+                          TitleMatcher& matcher,
+                          Take take) const {
+    for (std::size_t chunk = 0; chunk < m_marks.chunkCount(); ++chunk) {
+        std::size_t begin = chunk * TitleMarks::kChunkTitles;
+        for (std::uint64_t titles : matcher.candidates(rank, chunk)) {
+            for (; titles != 0; titles &= titles - 1) {
+                const auto position = begin + static_cast<std::size_t>(std::countr_zero(titles));
+                if (!query.isAtLeast(rank, titleAt(position))) continue;
+                matcher.leaveOut(position);
+                if (!take(position)) return;
+            }
+            begin += 64;
+        }
+    }
+}
 
 template <typename IsWanted>
 void TitleSegment::search(const FuzzyQuery& query,
@@ -79,91 +76,22 @@ void TitleSegment::search(const FuzzyQuery& query,
                           IsWanted isWanted,
                           Hits& hits) const {
     // Takes a hit; false when its rank has no room for more.
-    const auto take = [&](std::size_t position, MatchRank rank) {
-        auto& rows = hits[static_cast<std::size_t>(rank)];
-        if (rows.size() < limit && isWanted(m_rows[position])) rows.push_back(m_rows[position]);
-        return rows.size() < limit;
+    const auto take = [&](std::size_t position, std::size_t rank, std::size_t room) {
+        auto& rows = hits[rank];
+        if (rows.size() < room && isWanted(m_rows[position])) rows.push_back(m_rows[position]);
+        return rows.size() < room;
     };
     if (query.isEmpty()) {
-        for (std::size_t i = 0; i < size() && take(i, MatchRank::start);)
+        for (std::size_t i = 0; i < size() && take(i, 0, limit);)
             ++i;
         return;
     }
-    searchPieces(query, limit, take, hits);
-    if (countUpTo(hits, MatchRank::inside) < limit) searchLetters(query, limit, take, hits);
-}
-
-template <typename Take>
-void TitleSegment::sweep(const TextFinder& finder, Take take) const {
-    std::size_t position = 0;
-    for (auto at = finder.findIn(m_text); at < m_text.size();) {
-        position = positionAt(at, position);
-        if (!take(position)) return;
-        at = finder.findIn(m_text, endOf(position));
-    }
-}
-
-// One sweep for all three ranks, as long as the piece is rare.
-template <typename Take>
-void TitleSegment::searchPieces(const FuzzyQuery& query,
-                                std::size_t limit,
-                                Take take,
-                                Hits& hits) const {
-    std::size_t looked = 0;
-    std::size_t next = size();
-    sweep(query.finder(), [&](std::size_t position) {
-        const auto rank = query.rankOfPiece(titleAt(position));
-        if (rank) take(position, *rank);
-        if (countUpTo(hits, MatchRank::start) >= limit) return false;
-        if (++looked < kMostPieces || countUpTo(hits, MatchRank::inside) < limit) return true;
-        next = position + 1;
-        return false;
-    });
-    searchWordStarts(query, limit, next, take, hits);
-}
-
-// Titles that have the piece inside of a word are passed over: by now there are enough of them.
-template <typename Take>
-void TitleSegment::searchWordStarts(
-    const FuzzyQuery& query, std::size_t limit, std::size_t from, Take take, Hits& hits) const {
-    const auto& [letters, pairs] = query.head();
-    const auto& rarer = pairs == 0 ? m_headLetters : m_headPairs;
-    const auto wanted = pairs == 0 ? letters : pairs;
-    for (auto position = findWith(rarer, wanted, from); position < size();
-         position = findWith(rarer, wanted, position + 1)) {
-        if ((m_headLetters[position] & letters) != letters) continue;
-        const auto rank = query.rankOfPiece(titleAt(position));
-        if (rank && *rank != MatchRank::inside) take(position, *rank);
-        if (countUpTo(hits, MatchRank::start) >= limit) return;
-    }
-}
-
-// Scattered letters are found in the newest titles that have them; older ones only count if the
-// letters begin words.
-template <typename Take>
-void TitleSegment::searchLetters(const FuzzyQuery& query,
-                                 std::size_t limit,
-                                 Take take,
-                                 Hits& hits) const {
-    std::size_t position = 0;
-    for (bool hasRoom = true; hasRoom; ++position) {
-        position = findWith(m_letters, query.letters(), position);
-        if (position == size()) return;
-        const std::string_view title = titleAt(position);
-        const auto rank = query.rankOfLetters(title);
-        if (!rank || query.rankOfPiece(title)) continue;
-        hasRoom = take(position, *rank) || *rank != MatchRank::scattered;
-        if (countUpTo(hits, MatchRank::wordStarts) >= limit) return;
-    }
-    for (std::size_t tries = 0; tries < kMostTries; ++position) {
-        position = findWith(m_headLetters, query.head().letters, position);
-        if (position == size()) return;
-        if (!query.mayBeginWords(headsAt(position))) continue;
-        ++tries;
-        const std::string_view title = titleAt(position);
-        if (!query.fitsWords(title) || query.rankOfPiece(title)) continue;
-        take(position, MatchRank::wordStarts);
-        if (countUpTo(hits, MatchRank::wordStarts) >= limit) return;
+    TitleMatcher matcher(m_marks, query);
+    std::size_t room = limit;
+    for (std::size_t rank = 0; rank < kMatchRanks && hits[rank].size() < room; ++rank) {
+        eachAt(static_cast<MatchRank>(rank), query, matcher,
+               [&](std::size_t position) { return take(position, rank, room); });
+        room -= hits[rank].size();
     }
 }
 

@@ -6,9 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -124,40 +121,6 @@ TEST_F(TitleIndexTest, FollowsWhatHappensToNotes) {
     library.controller().viewContext().save();
     index.refresh();
     EXPECT_THAT(search("import"), ElementsAre("Plan z importu")) << "also what came unannounced";
-}
-
-// The sweep over all titles at once must find what looking at each title finds.
-TEST_F(TitleIndexTest, FindsWhatAPlainLookAtEachTitleFinds) {
-    std::mt19937 random(11);
-    const auto word = [&random](std::size_t most) {
-        const std::array<std::string, 6> letters{"a", "B", "ł", " ", "ą", "語"};
-        std::string text;
-        for (auto count = random() % (most + 1); count > 0; --count) {
-            text += letters[random() % letters.size()];
-        }
-        return text;
-    };
-    std::vector<std::string> titles;
-    for (std::int64_t i = 0; i < 800; ++i) {
-        titles.push_back(word(9));
-        add(titles.back(), 1'000 - i);
-    }
-    index.refresh();
-    for (int i = 0; i < 200; ++i) {
-        const std::string query = word(4);
-        std::array<std::vector<std::string>, kMatchRanks> ranked;
-        for (const auto& title : titles) {
-            const auto rank = rankOf(query, title);
-            if (rank) ranked[static_cast<std::size_t>(*rank)].push_back(title);
-        }
-        std::vector<std::string> expected;
-        for (const auto& part : ranked) {
-            expected.insert(expected.end(), part.begin(), part.end());
-        }
-        ASSERT_EQ(search(query, 1'000), expected) << "query: " << query;
-        expected.resize(std::min<std::size_t>(expected.size(), 20));
-        ASSERT_EQ(search(query, 20), expected) << "query: " << query;
-    }
 }
 
 }  // namespace
