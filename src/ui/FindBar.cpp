@@ -16,7 +16,8 @@ constexpr int kGap = 6;
 }  // namespace
 
 FindBar::FindBar()
-    : m_columns(Gtk::Orientation::HORIZONTAL, kGap)
+    : m_all(Gtk::Orientation::VERTICAL, kGap)
+    , m_columns(Gtk::Orientation::HORIZONTAL, kGap)
     , m_fields(Gtk::Orientation::VERTICAL, kGap)
     , m_rows(Gtk::Orientation::VERTICAL, kGap)
     , m_findRow(Gtk::Orientation::HORIZONTAL, kGap)
@@ -24,19 +25,25 @@ FindBar::FindBar()
     build();
     set_transition_type(Gtk::RevealerTransitionType::SLIDE_DOWN);
     set_transition_duration(120);
-    set_child(m_columns);
+    set_child(m_all);
     close();
 }
 
 // The fields stand in a column of their own: so Tab goes from one to the other before it goes on to
 // the buttons.
 void FindBar::build() {
-    m_columns.add_css_class("find-bar");
+    m_all.add_css_class("find-bar");
     buildFields();
     buildFindRow();
     buildReplaceRow();
     m_columns.append(m_fields);
     m_columns.append(m_rows);
+    m_partial.add_css_class("find-part");
+    m_partial.set_wrap(true);
+    m_partial.set_xalign(0);
+    m_partial.set_visible(false);
+    m_all.append(m_columns);
+    m_all.append(m_partial);
     m_entry.signal_search_changed().connect([this] { m_queryChanged.emit(); });
     m_entry.signal_activate().connect([this] { m_action.emit(Action::next); });
     m_entry.signal_next_match().connect([this] { m_action.emit(Action::next); });
@@ -116,7 +123,7 @@ void FindBar::addKeys() {
             return isBackwards;
         },
         false);
-    m_columns.add_controller(keys);
+    m_all.add_controller(keys);
 }
 
 void FindBar::open(bool withReplacement, const std::string& text) {
@@ -137,6 +144,20 @@ void FindBar::close() {
 void FindBar::setReadOnly(bool isReadOnly) {
     m_isReadOnly = isReadOnly;
     showReplacement(m_wantsReplacement && !isReadOnly);
+}
+
+void FindBar::setPartial(bool isPartial) {
+    if (m_partial.get_visible() == isPartial) return;
+    m_partial.set_visible(isPartial);
+    describePart();
+}
+
+// Whoever does not see the line hears it with the field.
+void FindBar::describePart() {
+    Glib::Value<Glib::ustring> description;
+    description.init(Glib::Value<Glib::ustring>::value_type());
+    description.set(m_partial.get_visible() ? m_partial.get_text() : Glib::ustring());
+    m_entry.update_property(Gtk::Accessible::Property::DESCRIPTION, description);
 }
 
 void FindBar::showReplacement(bool isShown) {
@@ -163,7 +184,9 @@ void FindBar::setStatus(const std::string& text, Mood mood) {
 }
 
 void FindBar::relabel(const Localisation& texts) {
-    setAccessibleLabel(m_columns, texts(texts::findBar));
+    setAccessibleLabel(m_all, texts(texts::findBar));
+    m_partial.set_text(texts(texts::findsInPart));
+    describePart();
     setAccessibleLabel(m_entry, texts(texts::findText));
     m_entry.property_placeholder_text() = texts(texts::findText);
     setAccessibleLabel(m_replacement, texts(texts::replaceText));

@@ -29,6 +29,8 @@ public:
     void close();
     bool isOpen() const { return get_reveal_child(); }
     void setReadOnly(bool isReadOnly);
+    /// Says that only what is shown of the note is searched.
+    void setPartial(bool isPartial);
 
     editing::SearchQuery query() const;
     std::string replacement() const { return m_replacement.get_text(); }
@@ -45,9 +47,11 @@ private:
     void buildFindRow();
     void buildReplaceRow();
     void addKeys();
+    void describePart();
     void showReplacement(bool isShown);
     Gtk::Button& actionButton(Gtk::Button& button, Action action);
 
+    Gtk::Box m_all;
     Gtk::Box m_columns;
     Gtk::Box m_fields;
     Gtk::Box m_rows;
@@ -65,6 +69,7 @@ private:
     Gtk::Entry m_replacement;
     Gtk::Button m_replace;
     Gtk::Button m_replaceAll;
+    Gtk::Label m_partial;
     bool m_isReadOnly = false;
     bool m_wantsReplacement = false;
     sigc::signal<void()> m_queryChanged;

@@ -216,6 +216,7 @@ void NotePane::noteStateChanged() {
     m_trashBar.set_visible(note->isTrashed);
     m_header.followFile();
     m_status.refresh(statusNotice());
+    m_tools.findBar().setPartial(m_editor.isPartial());
 }
 
 void NotePane::contentEdited(const TextEdit& edit) {

@@ -65,7 +65,7 @@ textview.note-editor, textview.note-editor text {
 textview.note-editor text selection { background-color: @corvel_selection; color: inherit; }
 .note-preview { background-color: @corvel_page; }
 .find-bar { padding: 6px 8px; }
-.find-bar .find-status { font-size: 92%; font-feature-settings: "tnum"; }
+.find-bar .find-status, .find-bar .find-part { font-size: 92%; font-feature-settings: "tnum"; }
 .find-bar .find-status.error { color: @error_color; }
 .find-bar .find-switch { padding: 0 6px; font-size: 92%; }
 .find-bar button.image-button { min-width: 28px; padding: 0; }

@@ -69,10 +69,11 @@ protected:
         return chosen.get();
     }
     void undo() { gtk_text_buffer_undo(buffer()); }
-    std::string status() {
+    /// The text of a label that the bar shows.
+    std::string barText(const char* style) {
         std::string found;
         const auto look = [&](auto& self, Gtk::Widget& widget) -> void {
-            if (widget.has_css_class("find-status"))
+            if (widget.has_css_class(style) && widget.get_visible())
                 found = dynamic_cast<Gtk::Label&>(widget).get_text();
             for (auto* child = widget.get_first_child(); child != nullptr;
                  child = child->get_next_sibling())
@@ -81,6 +82,7 @@ protected:
         look(look, bar);
         return found;
     }
+    std::string status() { return barText("find-status"); }
     /// What the focused field or button is called.
     std::string focused() {
         auto* widget = gtk_window_get_focus(m_window.gobj());
@@ -224,6 +226,17 @@ TEST_F(Editor, FindsGoesRoundAndReplacesAllInOneStep) {
     EXPECT_EQ(text(), " i , ek\nżółty ");
     undo();
     EXPECT_EQ(text(), before);
+}
+
+TEST_F(Editor, SaysInTheFindBarThatOnlyAPartIsSearched) {
+    find.open(false);
+    EXPECT_EQ(barText("find-part"), "");
+    bar.setPartial(true);
+    preferences.setAppLanguage("en");
+    find.relabel();
+    EXPECT_EQ(barText("find-part"), "Only the beginning that is shown is searched");
+    bar.setPartial(false);
+    EXPECT_EQ(barText("find-part"), "");
 }
 
 TEST_F(Editor, SelectsTheMatchWhenTheBarIsClosed) {

@@ -21,6 +21,8 @@ inline constexpr Text matchCount{"Wyniki: %1", "Matches: %1"};
 inline constexpr Text noMatches{"Brak wyników", "No matches"};
 inline constexpr Text wentToStart{"%1, od początku", "%1, from the top"};
 inline constexpr Text wentToEnd{"%1, od końca", "%1, from the end"};
+inline constexpr Text findsInPart{"Przeszukiwany jest tylko pokazany początek notatki",
+                                  "Only the beginning that is shown is searched"};
 inline constexpr Text replacedCount{"Zamieniono: %1", "Replaced: %1"};
 inline constexpr Text badExpression{"Błędne wyrażenie", "Invalid expression"};
 inline constexpr Text slowExpression{"Wyrażenie zbyt złożone", "Expression too complex"};
