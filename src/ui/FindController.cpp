@@ -250,11 +250,11 @@ void FindController::replaceAll() {
     if (!m_view.get_editable() || matches.empty()) return showStatus(Wrapped::no);
     const editing::SearchMatch range{matches.front().begin, matches.back().end};
     const auto count = std::to_string(matches.size());
-    const std::string replacement = m_bar.replacement();
-    const int top = m_search->placeAfterAll(firstVisible(), replacement);
-    m_origin = m_search->placeAfterAll(place().begin, replacement);
+    const auto replaced = m_search->allReplaced(m_bar.replacement());
+    const int top = m_search->placeAfter(replaced, firstVisible());
+    m_origin = m_search->placeAfter(replaced, place().begin);
     m_isReplacing = true;
-    replaceRange(range, m_search->allReplaced(replacement));
+    replaceRange(range, replaced.text);
     m_isReplacing = false;
     const auto cursor = iterAt(m_origin);
     gtk_text_buffer_place_cursor(m_buffer, &cursor);

@@ -277,27 +277,29 @@ std::string NoteSearch::replacementFor(std::size_t index, std::string_view repla
     return result;
 }
 
-std::string NoteSearch::allReplaced(std::string_view replacement) {
-    std::string result;
+AllReplaced NoteSearch::allReplaced(std::string_view replacement) {
+    AllReplaced result;
+    result.lengths.reserve(m_units.size());
     const std::u16string_view text(m_text);
     for (std::size_t i = 0; i < m_units.size(); ++i) {
         if (i > 0) {
             const auto begin = static_cast<std::size_t>(m_units[i - 1].end);
-            appendUtf8(result,
+            appendUtf8(result.text,
                        text.substr(begin, static_cast<std::size_t>(m_units[i].begin) - begin));
         }
-        result += replacementFor(i, replacement);
+        const std::string become = replacementFor(i, replacement);
+        result.lengths.push_back(static_cast<std::int32_t>(text::characterCount(become)));
+        result.text += become;
     }
     return result;
 }
 
-std::int32_t NoteSearch::placeAfterAll(std::int32_t place, std::string_view replacement) {
+std::int32_t NoteSearch::placeAfter(const AllReplaced& replaced, std::int32_t place) const {
     std::int32_t grown = 0;
     for (std::size_t i = 0; i < m_matches.size() && m_matches[i].begin < place; ++i) {
         const auto& match = m_matches[i];
         if (match.end > place) return match.begin + grown;
-        const auto length = text::characterCount(replacementFor(i, replacement));
-        grown += static_cast<std::int32_t>(length) - (match.end - match.begin);
+        grown += replaced.lengths[i] - (match.end - match.begin);
     }
     return place + grown;
 }

@@ -32,6 +32,12 @@ struct SearchMatch {
     bool operator==(const SearchMatch&) const = default;
 };
 
+/// What a text becomes when all matches are replaced.
+struct AllReplaced {
+    std::string text;                   ///< from the first match to the last
+    std::vector<std::int32_t> lengths;  ///< of what each match became, in characters
+};
+
 /// The matches of a query in one text, found in slices of time: no expression, however bad, holds
 /// the caller for longer than a tenth of a second more than it asked for.
 class NoteSearch {
@@ -61,10 +67,9 @@ public:
     /// What the match becomes. With an expression, "$1" stands for its first group, "$0" for the
     /// match, "\n" and "\t" for a line end and a tab; else it is `replacement` as it stands.
     std::string replacementFor(std::size_t index, std::string_view replacement);
-    /// The text from the first match to the last, with all of them replaced.
-    std::string allReplaced(std::string_view replacement);
+    AllReplaced allReplaced(std::string_view replacement);
     /// Where the character at `place` is once all are replaced; one in a match goes to its start.
-    std::int32_t placeAfterAll(std::int32_t place, std::string_view replacement);
+    std::int32_t placeAfter(const AllReplaced& replaced, std::int32_t place) const;
 
 private:
     class Engine;

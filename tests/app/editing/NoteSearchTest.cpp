@@ -28,7 +28,7 @@ Matches found(const SearchQuery& query, const std::string& text) {
 std::string replaced(const SearchQuery& query, const std::string& text, const std::string& with) {
     NoteSearch search(query);
     finish(search, text);
-    return search.allReplaced(with);
+    return search.allReplaced(with).text;
 }
 
 TEST(NoteSearch, CountsCharactersAndHeedsItsSwitches) {
@@ -57,11 +57,12 @@ TEST(NoteSearch, GoesRoundAtTheEnds) {
 TEST(NoteSearch, KnowsWhereAPlaceIsAfterAllAreReplaced) {
     NoteSearch search({"(k)ot", true, false, true});
     finish(search, "kot, 😀 kot; kot");
-    EXPECT_EQ(search.allReplaced("$1rólik"), "królik, 😀 królik; królik");
-    EXPECT_EQ(search.placeAfterAll(0, "$1rólik"), 0);
-    EXPECT_EQ(search.placeAfterAll(5, "$1rólik"), 8) << "the picture";
-    EXPECT_EQ(search.placeAfterAll(9, "$1rólik"), 10) << "in the second match";
-    EXPECT_EQ(search.placeAfterAll(15, ""), 6);
+    const auto replaced = search.allReplaced("$1rólik");
+    EXPECT_EQ(replaced.text, "królik, 😀 królik; królik");
+    EXPECT_EQ(search.placeAfter(replaced, 0), 0);
+    EXPECT_EQ(search.placeAfter(replaced, 5), 8) << "the picture";
+    EXPECT_EQ(search.placeAfter(replaced, 9), 10) << "in the second match";
+    EXPECT_EQ(search.placeAfter(search.allReplaced(""), 15), 6);
 }
 
 TEST(NoteSearch, ReplacesGroupsOnlyForExpressions) {
