@@ -45,6 +45,7 @@ SettingsWindow::SettingsWindow(Session& session, Gtk::Window& parent)
     addAssistant();
     addSync();
     addData();
+    m_pageMenu.emplace(window(), m_labels);
 }
 
 void SettingsWindow::present() {

@@ -4,6 +4,7 @@
 #include "ui/AssistantSettings.h"
 #include "ui/DataSettings.h"
 #include "ui/Labels.h"
+#include "ui/PageMenu.h"
 #include "ui/Rows.h"
 #include "ui/SettingsRows.h"
 #include "ui/SubWindow.h"
@@ -48,6 +49,7 @@ private:
     SettingsRows m_rows;
     AssistantSettings m_assistant;
     std::optional<DataSettings> m_data;
+    std::optional<PageMenu> m_pageMenu;
     std::vector<ScopedConnection> m_connections;
 };
 

@@ -2,6 +2,7 @@
 #include "ui/WindowTest.h"
 
 #include <gmock/gmock.h>
+#include <gtkmm/dropdown.h>
 #include <gtkmm/scale.h>
 #include <gtkmm/switch.h>
 #include <gtkmm/togglebutton.h>
@@ -70,6 +71,21 @@ TEST_F(SettingsWindowTest, WritesWhatIsChosenAndSaysIt) {
                               "Opróżniaj kosz po 45 dniach"}) {
         EXPECT_THAT(titles(), Contains(title));
     }
+}
+
+TEST_F(SettingsWindowTest, OffersItsPagesInAMenuWhereTheTabsWouldBeCut) {
+    auto* menu = all<Gtk::DropDown>(settings.window()).front();
+    EXPECT_FALSE(menu->get_mapped()) << "there is room for the tabs";
+    settings.window().set_default_size(380, 680);
+    ASSERT_TRUE(turnUntil([menu] { return menu->get_mapped(); }));
+    settings.showPage(SettingsPage::sync);
+    EXPECT_EQ(menu->get_selected(), static_cast<guint>(SettingsPage::sync));
+    menu->set_selected(static_cast<guint>(SettingsPage::editor));
+    EXPECT_STREQ(adw_preferences_window_get_visible_page_name(
+                     ADW_PREFERENCES_WINDOW(settings.window().gobj())),
+                 "editor");
+    settings.window().set_default_size(1000, 680);
+    EXPECT_TRUE(turnUntil([menu] { return !menu->get_mapped(); }));
 }
 
 TEST_F(SettingsWindowTest, ChangesItsOwnLanguage) {

@@ -6,6 +6,7 @@
 namespace corvel::texts {
 
 inline constexpr Text settings{"Ustawienia", "Settings"};
+inline constexpr Text settingsPage{"Strona ustawień", "Settings page"};
 inline constexpr Text pageGeneral{"Ogólne", "General"};
 inline constexpr Text pageEditor{"Edytor", "Editor"};
 inline constexpr Text pageAppearance{"Wygląd", "Appearance"};
