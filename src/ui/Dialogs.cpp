@@ -3,7 +3,10 @@
 #include "ui/Accessible.h"
 #include "ui/Adw.h"
 
+#include <gdk/gdkkeysyms.h>
+#include <gtkmm/checkbutton.h>
 #include <gtkmm/entry.h>
+#include <gtkmm/eventcontrollerkey.h>
 
 #include <utility>
 
@@ -36,8 +39,23 @@ AdwMessageDialog* makeDialog(Gtk::Window& parent, const Question& question) {
     }
     const auto& safe = question.answers.front();
     adw_message_dialog_set_close_response(dialog, safe.id.c_str());
-    adw_message_dialog_set_default_response(dialog, safe.id.c_str());
+    const auto& preset = question.preset.empty() ? safe.id : question.preset;
+    adw_message_dialog_set_default_response(dialog, preset.c_str());
     return dialog;
+}
+
+// The toolkit has Enter toggle a check box, as the space bar does. The question is what it is for.
+void letEnterAnswer(Gtk::Widget& field) {
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->signal_key_pressed().connect(
+        [&field](guint key, guint, Gdk::ModifierType) {
+            const bool isEnter =
+                key == GDK_KEY_Return || key == GDK_KEY_KP_Enter || key == GDK_KEY_ISO_Enter;
+            if (isEnter) field.activate_default();
+            return isEnter;
+        },
+        false);
+    field.add_controller(keys);
 }
 
 void onResponse(AdwMessageDialog* dialog, Answered answered) {
@@ -58,6 +76,7 @@ bool isBlank(const std::string& text) {
 void ask(Gtk::Window& parent, const Question& question, Answered answered, Gtk::Widget* extra) {
     auto* dialog = makeDialog(parent, question);
     if (extra != nullptr) adw_message_dialog_set_extra_child(dialog, extra->gobj());
+    if (auto* box = dynamic_cast<Gtk::CheckButton*>(extra)) letEnterAnswer(*box);
     onResponse(dialog, std::move(answered));
     gtk_window_present(GTK_WINDOW(dialog));
 }

@@ -17,16 +17,17 @@ struct DialogAnswer {
     Look look = Look::plain;
 };
 
-/// A question with verbs as buttons. The first answer is the safe one: Escape gives it and it is
-/// preset.
+/// A question with verbs as buttons. The first answer is the safe one: Escape gives it, and Enter
+/// does unless another is preset.
 struct Question {
     std::string heading;
     std::string body;
     std::vector<DialogAnswer> answers;
+    std::string preset = {};  ///< id of the answer that Enter gives
 };
 
 /// Asks in a dialog of `parent`; `answered` is called once, with the id of the chosen answer. A
-/// widget given as `extra` stands between text and buttons.
+/// widget given as `extra` stands between text and buttons; Enter answers in a check box as well.
 void ask(Gtk::Window& parent,
          const Question& question,
          std::function<void(const std::string& id)> answered,

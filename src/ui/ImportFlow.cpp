@@ -117,7 +117,8 @@ void ImportFlow::askAboutFolders(const std::vector<std::filesystem::path>& paths
         {texts.format(texts::importFolderQuestion, {Glib::filename_display_name(name)}),
          texts(texts::importFolderDetail),
          {{"cancel", texts(texts::cancel)},
-          {"import", texts(texts::importVerb), DialogAnswer::Look::suggested}}},
+          {"import", texts(texts::importVerb), DialogAnswer::Look::suggested}},
+         "import"},
         [this, keep, paths](const std::string& answer) {
             if (answer == "import") start(paths, keep->get_active());
         },
@@ -146,7 +147,8 @@ void ImportFlow::askAboutLibrary(const std::filesystem::path& library,
         {texts.format(texts::importLibraryQuestion, {name}),
          texts.format(texts::importLibraryDetail, {notes}),
          {{"cancel", texts(texts::cancel)},
-          {"import", texts(texts::importVerb), DialogAnswer::Look::suggested}}},
+          {"import", texts(texts::importVerb), DialogAnswer::Look::suggested}},
+         "import"},
         [this, library](const std::string& answer) {
             if (answer == "import") start({library}, true);
         });

@@ -79,7 +79,9 @@ void OpeningFlow::ask(const AppDelegate::Question& question) {
     remember->set_halign(Gtk::Align::CENTER);
     remember->set_tooltip_text(say(texts::rememberUseDetail));
     corvel::ask(
-        m_parent, {heading, say(texts::openFileDetail), std::move(answers)},
+        m_parent,
+        {heading, say(texts::openFileDetail), std::move(answers),
+         rawValue(ExternalFileUse::import)},
         [this, remember](const std::string& id) {
             const auto use = externalFileUseFrom(id);
             if (use != ExternalFileUse::ask && remember->get_active())
