@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t kShown = 200;
 constexpr int kWidth = 440;
 constexpr int kHeight = 320;
+constexpr int kBetweenSections = 8;
 
 void appendLabel(Gtk::Box& box,
                  const std::string& text,
@@ -38,7 +39,9 @@ void appendLine(Gtk::Box& box, const ReportSection::Line& line) {
 
 void appendSection(Gtk::Box& box, const ReportSection& section) {
     if (section.lines.empty()) return;
+    const bool isFirst = box.get_first_child() == nullptr;
     appendLabel(box, section.heading, "heading", Pango::EllipsizeMode::END);
+    if (!isFirst) box.get_last_child()->set_margin_top(kBetweenSections);
     const std::size_t shown = std::min(section.lines.size(), kShown);
     for (std::size_t i = 0; i < shown; ++i) {
         appendLine(box, section.lines[i]);
