@@ -229,7 +229,8 @@ std::optional<SpellChecker::Mistake> SpellChecker::mistakeAt(const GtkTextIter& 
     std::vector<std::string> context;
     for (const auto& span : editing::spellSpansIn(text, {}))
         context.push_back(text.substr(span.begin, span.end - span.begin));
-    mistake.suggestions = m_dictionaries->suggestions(mistake.word, context, kMostSuggestions);
+    mistake.suggestions = m_dictionaries->suggestions(mistake.word, context, kMostSuggestions,
+                                                      m_preferences.appLanguage());
     return mistake;
 }
 

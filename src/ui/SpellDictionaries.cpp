@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace corvel {
 
@@ -54,6 +55,30 @@ std::size_t distance(const std::string& from, const std::string& to) {
     return rows[a.size()][b.size()];
 }
 
+// What the hand does wrong, the likeliest first.
+enum class Slip { swapped, forgotten, wrong, tooMany, spaceForgotten };
+
+Slip slipBetween(const std::string& typed, const std::string& meant) {
+    if (meant.find(' ') != meant.npos) return Slip::spaceForgotten;
+    auto a = charactersOf(typed);
+    auto b = charactersOf(meant);
+    if (a.size() != b.size()) return a.size() < b.size() ? Slip::forgotten : Slip::tooMany;
+    std::ranges::sort(a);
+    std::ranges::sort(b);
+    return a == b ? Slip::swapped : Slip::wrong;
+}
+
+bool isOfLanguage(EnchantDict* dictionary, std::string_view language) {
+    std::string tag;
+    enchant_dict_describe(
+        dictionary,
+        [](const char* name, const char*, const char*, const char*, void* to) {
+            *static_cast<std::string*>(to) = name;
+        },
+        &tag);
+    return tag.starts_with(language);
+}
+
 }  // namespace
 
 SpellDictionaries::SpellDictionaries() : m_broker(enchant_broker_init()) {
@@ -90,20 +115,24 @@ bool SpellDictionaries::isRight(std::string_view word) {
     return answer->second;
 }
 
-EnchantDict* SpellDictionaries::languageOf(const std::vector<std::string>& words) const {
+EnchantDict* SpellDictionaries::languageOf(const std::vector<std::string>& words,
+                                           std::string_view preferred) const {
     return *std::ranges::max_element(m_dictionaries, {}, [&](EnchantDict* dictionary) {
-        return std::ranges::count_if(
+        const auto known = std::ranges::count_if(
             words, [&](const std::string& word) { return isKnown(dictionary, word); });
+        return std::pair(known, isOfLanguage(dictionary, preferred));
     });
 }
 
 std::vector<std::string> SpellDictionaries::suggestions(const std::string& word,
                                                         const std::vector<std::string>& context,
-                                                        std::size_t most) {
+                                                        std::size_t most,
+                                                        std::string_view preferred) {
     std::vector<std::string> found;
     if (m_dictionaries.empty()) return found;
     auto dictionaries = m_dictionaries;
-    std::swap(dictionaries.front(), *std::ranges::find(dictionaries, languageOf(context)));
+    std::swap(dictionaries.front(),
+              *std::ranges::find(dictionaries, languageOf(context, preferred)));
     for (auto* dictionary : dictionaries) {
         std::size_t count = 0;
         char** words = enchant_dict_suggest(dictionary, word.data(), lengthOf(word), &count);
@@ -112,8 +141,9 @@ std::vector<std::string> SpellDictionaries::suggestions(const std::string& word,
         }
         if (words != nullptr) enchant_dict_free_string_list(dictionary, words);
     }
-    std::ranges::stable_sort(found, {},
-                             [&](const std::string& other) { return distance(word, other); });
+    std::ranges::stable_sort(found, {}, [&](const std::string& other) {
+        return std::pair(distance(word, other), slipBetween(word, other));
+    });
     found.resize(std::min(found.size(), most));
     return found;
 }

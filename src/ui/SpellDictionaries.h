@@ -26,11 +26,13 @@ public:
     /// False when none is installed: every word is right then.
     bool areAny() const { return !m_dictionaries.empty(); }
     bool isRight(std::string_view word);
-    /// Up to `most`, the nearest words first; of those as near, the words of the language that
-    /// knows more of `context`.
+    /// Up to `most`, the nearest words first; of those as near, letters swapped or forgotten before
+    /// others, then the words of the language that knows more of `context`, or of `preferred`
+    /// ("pl", "en") when none does.
     std::vector<std::string> suggestions(const std::string& word,
                                          const std::vector<std::string>& context,
-                                         std::size_t most);
+                                         std::size_t most,
+                                         std::string_view preferred);
     void add(const std::string& word);
     /// Until the program ends.
     void ignore(const std::string& word);
@@ -39,7 +41,8 @@ private:
     using Broker = Handle<EnchantBroker, enchant_broker_free>;
 
     bool isKnown(EnchantDict* dictionary, std::string_view word) const;
-    EnchantDict* languageOf(const std::vector<std::string>& words) const;
+    EnchantDict* languageOf(const std::vector<std::string>& words,
+                            std::string_view preferred) const;
 
     Broker m_broker;
     std::vector<EnchantDict*> m_dictionaries;  // the broker's

@@ -6,6 +6,7 @@
 #include "ui/EditorPane.h"
 #include "ui/FindController.h"
 #include "ui/SpellChecker.h"
+#include "ui/SpellDictionaries.h"
 
 #include <adwaita.h>
 #include <gtest/gtest.h>
@@ -310,6 +311,19 @@ TEST_F(Editor, UnderlinesMistakesOfBothLanguagesButNotWhatIsBeingTyped) {
     EXPECT_TRUE(turnUntil([this] { return tagged("misspelled-word") == Words{"błond"}; }));
     preferences.setSpellChecking(false);
     EXPECT_EQ(tagged("misspelled-word"), Words{});
+}
+
+TEST(SpellDictionaries, SuggestWhatTheHandMeantInTheLanguageOfTheLine) {
+    SpellDictionaries dictionaries;
+    if (!dictionaries.areAny()) GTEST_SKIP() << "no dictionary is installed";
+    const auto suggested = [&](const std::string& word, const char* preferred) {
+        return dictionaries.suggestions(word, {"is", "a", "in"}, 5, preferred);
+    };
+    EXPECT_EQ(suggested("wrod", "en").front(), "word");
+    EXPECT_EQ(suggested("teh", "en").front(), "the");
+    const auto words = suggested("Ths", "en");
+    EXPECT_NE(std::ranges::find(words, "This"), words.end());
+    EXPECT_EQ(dictionaries.suggestions("dizeń", {"każdy", "jest"}, 5, "en").front(), "dzień");
 }
 
 }  // namespace
