@@ -132,6 +132,8 @@ private:
         }
         guarded([&] { writeUntil(end); });
         if (m_removal || !m_isWritten) return true;
+        if (m_progress) m_progress(m_all, m_all);
+        if (m_removal) return true;  // whoever was told has cancelled
         synchronise();
         return false;
     }
@@ -171,7 +173,6 @@ private:
     // Waiting for the disk is left to a process of its own. Without it the files are written all
     // the same, only somewhat later.
     void synchronise() {
-        if (m_progress) m_progress(m_all, m_all);
         const char* const command[] = {"sync", "-f", m_partial.c_str(), nullptr};
         const GObjectHandle<GSubprocess> process(
             g_subprocess_newv(command, G_SUBPROCESS_FLAGS_STDERR_SILENCE, nullptr));

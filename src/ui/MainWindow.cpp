@@ -82,11 +82,14 @@ MainWindow::MainWindow(Session& session, Gtk::Application& application)
     connect();
     labelFrame();
     showSidebarButton();
+    m_menuKey = std::make_unique<MainMenuKey>(m_window, m_menus.primary(),
+                                              [this] { return placeOfMenu(); });
     m_session.state.isAIAssistantVisible.set(
         m_session.preferences.store().boolean(kAssistantKey).value_or(false));
 }
 
 MainWindow::~MainWindow() {
+    m_menuKey.reset();
     gtk_window_destroy(m_hold.get());
 }
 
@@ -201,12 +204,25 @@ void MainWindow::relabel() {
     m_libraryExport.relabel();
 }
 
+// The focus does not vanish with the pane.
+void MainWindow::toggleSidebar() {
+    const bool hadFocus = focusedPane() == sidebarPane;
+    m_layout.toggleSidebar();
+    if (hadFocus && !m_layout.isSidebarShown()) focusPane(listPane);
+}
+
 void MainWindow::showSidebarButton() {
     const bool isHidden = !m_layout.isSidebarShown();
     m_list.sidebarButton().set_visible(isHidden);
     m_list.headerBar().setWindowControls(isHidden, false);
     m_note.setListHidden(isHidden && !m_list.get_visible());
     m_note.setShowsWindowControls(!m_layout.isAssistantShown());
+}
+
+// Where the main menu opens whose button is hidden with the sidebar.
+Gtk::Widget* MainWindow::placeOfMenu() {
+    if (m_layout.isSidebarShown()) return nullptr;
+    return m_list.get_visible() ? &m_list.sidebarButton() : &m_note.sidebarButton();
 }
 
 // Made when it is first asked for: nobody waits for it at the start.
@@ -244,7 +260,7 @@ std::vector<Uuid> MainWindow::notesToExport() const {
 void MainWindow::perform(CommandID command) {
     switch (command) {
         case CommandID::toggleSidebar:
-            return m_layout.toggleSidebar();
+            return toggleSidebar();
         case CommandID::findInAllNotes:
             m_layout.showList();
             return m_list.focusSearch();

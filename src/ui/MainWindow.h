@@ -11,6 +11,7 @@
 #include "ui/LibraryExportFlow.h"
 #include "ui/LinkedFileFlow.h"
 #include "ui/MailFlow.h"
+#include "ui/MainMenuKey.h"
 #include "ui/NoteExporters.h"
 #include "ui/NoteListPane.h"
 #include "ui/NotePane.h"
@@ -68,7 +69,9 @@ private:
     void connect();
     void labelFrame();
     void relabel();
+    void toggleSidebar();
     void showSidebarButton();
+    Gtk::Widget* placeOfMenu();
     void showAssistant();
     bool isPaneShown(int pane) const;
     void showExportSheet();
@@ -102,6 +105,7 @@ private:
     std::unique_ptr<ThemePicker> m_themePicker;
     std::unique_ptr<SettingsWindow> m_settings;
     PaletteView& m_palette;
+    std::unique_ptr<MainMenuKey> m_menuKey;
     std::vector<ScopedConnection> m_connections;
     ScopedConnection m_arrange;
     ScopedConnection m_firstFocus;

@@ -27,6 +27,7 @@ public:
     /// Shows whether the open note mirrors a file, and which.
     void followFile();
     /// Without the list its button for the sidebar is gone too: this bar takes it over.
+    Gtk::Button& sidebarButton() { return m_sidebar; }
     void setListHidden(bool isHidden) { m_sidebar.set_visible(isHidden); }
 
 private:

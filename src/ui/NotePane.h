@@ -31,6 +31,7 @@ public:
     NotePane(Session& session, LinkedFileBar::Callbacks linkedFile);
     ~NotePane() override;
 
+    Gtk::Button& sidebarButton() { return m_header.sidebarButton(); }
     void setListHidden(bool isHidden) { m_header.setListHidden(isHidden); }
     void focusEditor();
     void focusTitle();

@@ -320,6 +320,18 @@ TEST_F(LibraryExporterTest, WritesNothingWhereSomethingIs) {
     EXPECT_EQ(exportTo(disk.path() / "no/such").fault, LibraryExportFault::gone);
 }
 
+TEST_F(LibraryExporterTest, CanBeCancelledUntilTheLastNoteIsWritten) {
+    add("Only note", "All of it is written when the progress is told.");
+    LibraryExporter exporter(*library);
+    std::optional<LibraryExportReport> result;
+    exporter.start(
+        disk.path() / "out", "Kosz", [&](std::size_t, std::size_t) { exporter.cancel(); },
+        [&](const LibraryExportReport& report) { result = report; });
+    EXPECT_TRUE(turnUntil([&] { return result.has_value(); }));
+    EXPECT_TRUE(result->wasCancelled);
+    EXPECT_THAT(entriesOf(disk.path()), IsEmpty());
+}
+
 TEST_F(LibraryExporterTest, LeavesNothingBehindWhenItEndsEarly) {
     for (int i = 0; i < 300; ++i)
         add("Note " + std::to_string(i), std::string(2000, 'x'));
