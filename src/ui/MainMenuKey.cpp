@@ -34,6 +34,8 @@ bool MainMenuKey::open() {
     m_focus.reset(focus == nullptr ? nullptr : GTK_WIDGET(g_object_ref(focus)));
     m_popover = std::make_unique<Gtk::PopoverMenu>(m_menu);
     m_popover->set_parent(*place);
+    m_popover->set_has_arrow(false);
+    m_popover->set_halign(Gtk::Align::START);
     focusFirstOfSubmenus(*m_popover);
     m_popover->signal_closed().connect([this] { giveFocusBack(); });
     m_popover->popup();

@@ -123,18 +123,6 @@ protected:
             "&& b.textContent === '" +
             label + "').pop().click()");
     }
-    /// Types a key as somebody at the keyboard does.
-    void type(const char* key) {
-        ASSERT_TRUE(turnUntil([this] { return parent.is_active(); }));
-        GError* error = nullptr;
-        const GObjectHandle<GSubprocess> program(
-            g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, &error, "xdotool", "key", key, nullptr));
-        const Handle<GError, g_error_free> failure(error);
-        ASSERT_TRUE(program) << failure->message;
-        ASSERT_TRUE(turnUntil([&] {
-            return g_subprocess_get_identifier(program.get()) == nullptr;
-        })) << key;
-    }
     /// What has the focus in the page: the page itself, or which button of which message.
     std::string focusInPage() {
         return askPage(
