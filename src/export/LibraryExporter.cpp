@@ -11,6 +11,7 @@
 #include <gio/gio.h>
 #include <glibmm/main.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -133,7 +134,9 @@ private:
         guarded([&] { writeUntil(end); });
         if (m_removal || !m_isWritten) return true;
         if (m_progress) m_progress(m_all, m_all);
-        if (m_removal) return true;  // whoever was told has cancelled
+        // Whoever was told may have cancelled; nothing ends the wait for a disk that is gone.
+        if (!m_removal) guarded([&] { requireAnswer(); });
+        if (m_removal) return true;
         synchronise();
         return false;
     }
@@ -193,6 +196,12 @@ private:
     void synchronised(bool isOnDisk) {
         m_sync.reset();
         if (isOnDisk) return complete();
+        guarded([&] {
+            requireAnswer();
+            if (::access(m_partial.c_str(), F_OK) != 0)
+                throw LibraryExportError::of(errno, m_partial);
+        });
+        if (m_removal) return;
         fail(LibraryExportFault::failed, m_partial.string() + ": not all of it is on the disk");
     }
 
