@@ -26,7 +26,10 @@ PageMenu::PageMenu(Gtk::Window& window, Labels& labels)
     : m_window(window)
     , m_tabs(childOfType(GTK_WIDGET(window.gobj()), ADW_TYPE_VIEW_SWITCHER_BAR))
     , m_title(childOfType(GTK_WIDGET(window.gobj()), ADW_TYPE_VIEW_SWITCHER_TITLE))
-    , m_pages(adw_view_switcher_bar_get_stack(ADW_VIEW_SWITCHER_BAR(m_tabs))) {
+    , m_pages(m_tabs == nullptr ? nullptr
+                                : adw_view_switcher_bar_get_stack(ADW_VIEW_SWITCHER_BAR(m_tabs))) {
+    // Another version of libadwaita may have other tabs, and its own way with little room.
+    if (m_title == nullptr || m_pages == nullptr) return;
     build();
     labels.add(texts::settingsPage, [this](const auto& text) {
         m_name = text;

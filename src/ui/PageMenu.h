@@ -11,7 +11,8 @@
 namespace corvel {
 
 /// A menu of the pages of a preferences window, below its header bar: it takes the place of the
-/// tabs at the bottom where their names do not fit, as with large text in a narrow window.
+/// tabs at the bottom where their names do not fit, as with large text in a narrow window. The tabs
+/// are found among the window's own widgets; where there are none such, nothing is added.
 class PageMenu {
 public:
     /// `window` is an AdwPreferencesWindow with its pages; it and `labels` must outlive the menu.
@@ -30,7 +31,7 @@ private:
     GtkWidget* m_tabs;
     GtkWidget* m_title;
     AdwViewStack* m_pages;
-    GtkDropDown* m_menu;
+    GtkDropDown* m_menu = nullptr;
     std::string m_name;
     SignalHandlers m_pageSignals;
     SignalHandlers m_menuSignals;
