@@ -83,8 +83,8 @@ void ViewContext::ensureTransaction() {
     if (!m_database.inTransaction()) m_database.query("BEGIN IMMEDIATE").run();
 }
 
-// Without a savepoint, which would keep every page that a change touches as it was: what fails takes
-// the transaction with it, and what is unsaved is made anew.
+// Without a savepoint, which would keep every page that a change touches as it was: what fails
+// takes the transaction with it, and what is unsaved is made anew.
 void ViewContext::runOne(const Change& change) {
     try {
         change(m_database);
