@@ -3,6 +3,7 @@
 #include "export/LibraryWriter.h"
 #include "library/NoteReader.h"
 #include "model/PersistenceController.h"
+#include "platform/Database.h"
 #include "platform/DistantVolumes.h"
 #include "platform/FolderRemoval.h"
 #include "platform/Handle.h"
@@ -40,25 +41,6 @@ fs::path makePartial(const fs::path& target) {
     }
     throw LibraryExportError::of(EEXIST, target);
 }
-
-/// One look at the store for many queries: each by itself would lock and unlock its files.
-class OneReading {
-public:
-    explicit OneReading(Database& database) : m_database(database) {
-        m_isOurs = !database.inTransaction();
-        if (m_isOurs) m_database.query("BEGIN").run();
-    }
-    OneReading(const OneReading&) = delete;
-    OneReading& operator=(const OneReading&) = delete;
-    ~OneReading() {
-        // Nothing was written: there is nothing that could fail to be.
-        if (m_isOurs) sqlite3_exec(m_database.handle(), "COMMIT", nullptr, nullptr, nullptr);
-    }
-
-private:
-    Database& m_database;
-    bool m_isOurs;
-};
 
 bool isOccupied(const fs::path& target) {
     std::error_code error;
@@ -143,7 +125,7 @@ private:
 
     void writeUntil(Clock::time_point end) {
         requireAnswer();
-        const OneReading reading(m_library.controller.viewContext().database());
+        const ReadTransaction reading(m_library.controller.viewContext().database());
         do {
             if (m_writer->copySome()) continue;
             if (m_nextRow == m_rows.size() && !readRows()) {

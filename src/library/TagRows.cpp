@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 namespace corvel::tagRows {
 
@@ -39,16 +38,21 @@ std::int64_t findOrCreate(Database& database, const std::string& fullPath, Kind 
     return database.lastInsertedRow();
 }
 
-std::vector<std::pair<std::int64_t, std::string>> attachedPaths(Database& database, RowId note) {
-    std::vector<std::pair<std::int64_t, std::string>> paths;
+struct NoteTag {
+    std::int64_t key;
+    std::string path;
+    bool isWhole;  ///< attached and in the text
+};
+
+std::vector<NoteTag> tagsOf(Database& database, RowId note) {
+    std::vector<NoteTag> tags;
     auto query = database.query(
-        "SELECT tag.pk, fullPath FROM noteTag JOIN tag ON tag.pk=tagPk"
-        " WHERE notePk=? AND isAttached=1 AND isInText=1");
+        "SELECT tagPk, fullPath, isAttached=1 AND isInText=1 FROM noteTag JOIN tag ON tag.pk=tagPk"
+        " WHERE notePk=?");
     query.bind(note);
-    while (query.next()) {
-        paths.emplace_back(query.integer(0), query.string(1));
-    }
-    return paths;
+    while (query.next())
+        tags.push_back({query.integer(0), query.string(1), query.boolean(2)});
+    return tags;
 }
 
 }  // namespace
@@ -64,24 +68,16 @@ std::vector<std::int64_t> replace(Database& database,
     // What stands already as it should is left alone: an edit seldom changes a tag.
     std::vector<std::string> missing = textPaths;
     std::vector<std::int64_t> kept;
-    for (const auto& [key, path] : attachedPaths(database, note)) {
-        const auto found = std::find(missing.begin(), missing.end(), path);
-        if (found == missing.end()) continue;
-        missing.erase(found);
-        kept.push_back(key);
-    }
-    std::vector<std::int64_t> gone;
-    {
-        auto query = database.query("SELECT tagPk FROM noteTag WHERE notePk=?");
-        query.bind(note);
-        while (query.next()) {
-            if (std::find(kept.begin(), kept.end(), query.integer(0)) == kept.end()) {
-                gone.push_back(query.integer(0));
-            }
+    for (const auto& tag : tagsOf(database, note)) {
+        const auto found = std::find(missing.begin(), missing.end(), tag.path);
+        if (tag.isWhole && found != missing.end()) {
+            missing.erase(found);
+            kept.push_back(tag.key);
+        } else {
+            database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?")
+                .bind(tag.key, note)
+                .run();
         }
-    }
-    for (const auto key : gone) {
-        database.query("DELETE FROM noteTag WHERE tagPk=? AND notePk=?").bind(key, note).run();
     }
     TagKeys keys(database);
     const auto added = attach(database, note, missing, Source::text, state, keys);
