@@ -1,5 +1,6 @@
 #include "platform/Database.h"
 
+#include "platform/GatheredLog.h"
 #include "platform/MainThread.h"
 
 #include <sqlite3.h>
@@ -145,8 +146,8 @@ std::vector<std::uint8_t> Query::blob(int column) const {
 
 Database::Database(const std::filesystem::path& file) {
     translated([&] {
-        m_database =
-            std::make_unique<SQLite::Database>(file.string(), kFlags, kBusyTimeoutMilliseconds);
+        m_database = std::make_unique<SQLite::Database>(
+            file.string(), kFlags, kBusyTimeoutMilliseconds, gatheredLog::vfsName());
         configure();
     });
 }
