@@ -16,6 +16,12 @@ bool isInArchive(const NoteState& state) {
     return state.exists && state.isArchived && !state.isTrashed;
 }
 
+bool countsTheSame(const NoteState& one, const NoteState& other) {
+    return one.exists == other.exists && one.isArchived == other.isArchived &&
+           one.isTrashed == other.isTrashed && one.hasBookmark == other.hasBookmark &&
+           one.folders == other.folders && one.textTags == other.textTags;
+}
+
 void writeSums(Database& database,
                std::string_view sql,
                const std::map<std::int64_t, std::int64_t>& sums) {
@@ -27,6 +33,7 @@ void writeSums(Database& database,
 }  // namespace
 
 void CountChanges::add(const NoteState& before, const NoteState& after) {
+    if (countsTheSame(before, after)) return;
     count("allNotes", before.isListed(), after.isListed());
     count("unfiled", isUnfiled(before), isUnfiled(after));
     count("localFiles", isLocalFile(before), isLocalFile(after));

@@ -1,5 +1,6 @@
 #include "library/DerivedRows.h"
 
+#include "library/ListRows.h"
 #include "library/NoteText.h"
 #include "library/RowKeys.h"
 #include "library/TagRows.h"
@@ -26,20 +27,11 @@ std::string contentOf(Database& database, RowId row) {
     return query.next() ? query.string(0) : std::string();
 }
 
-// Set-based: copies follow from the rows alone.
 constexpr std::string_view kForgetText = "UPDATE noteTag SET isInText=0 WHERE notePk=?";
 constexpr std::string_view kForgetTextTags = "DELETE FROM noteTag WHERE notePk=? AND isAttached=0";
 constexpr std::string_view kFolderCount =
     "UPDATE note SET folderCount=(SELECT count(*) FROM noteFolder WHERE notePk=note.pk)"
     " WHERE pk=?";
-constexpr std::string_view kTagCopies =
-    "UPDATE noteTag SET (isListed, isPinned, modifiedAt)="
-    " (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note"
-    " WHERE pk=notePk) WHERE notePk=?";
-constexpr std::string_view kFolderCopies =
-    "UPDATE noteFolder SET (isListed, isPinned, modifiedAt)="
-    " (SELECT isTrashed=0 AND isArchived=0, note.isPinned, note.modifiedAt FROM note"
-    " WHERE pk=notePk) WHERE notePk=?";
 
 void deriveNote(Database& database, RowId row, WordCounts wordCounts) {
     database.query(kForgetTextTags).bind(row).run();
@@ -52,16 +44,18 @@ void deriveNote(Database& database, RowId row, WordCounts wordCounts) {
             .bind(text::wordCount(content), row)
             .run();
     }
-    for (const auto sql : {kFolderCount, kTagCopies, kFolderCopies}) {
-        database.query(sql).bind(row).run();
-    }
+    database.query(kFolderCount).bind(row).run();
+    listRows::addFromRecords(database, row);
 }
 
 constexpr const char* kCounts = R"sql(
 UPDATE folder SET noteCount=
-    (SELECT count(*) FROM noteFolder WHERE folderPk=folder.pk AND isListed=1);
-UPDATE tag SET listedCount=
-    (SELECT count(*) FROM noteTag WHERE tagPk=tag.pk AND isListed=1 AND isInText=1);
+    (SELECT count(*) FROM folderList WHERE folderPk=folder.pk);
+UPDATE tag SET listedCount=0;
+UPDATE tag SET listedCount=inText.number
+    FROM (SELECT tagPk, count(*) AS number FROM noteTag JOIN note ON note.pk=notePk
+          WHERE isInText=1 AND isTrashed=0 AND isArchived=0 GROUP BY tagPk) AS inText
+    WHERE inText.tagPk=tag.pk;
 DELETE FROM counter;
 INSERT INTO counter SELECT 'allNotes', count(*) FROM note WHERE isTrashed=0 AND isArchived=0;
 INSERT INTO counter SELECT 'unfiled', count(*) FROM note
@@ -88,6 +82,7 @@ Rebuild::Rebuild(ViewContext& context, WordCounts wordCounts)
     : m_database(context.database()), m_wordCounts(wordCounts) {
     m_database.execute("BEGIN IMMEDIATE");
     m_notes = allNotes(m_database);
+    listRows::clear(m_database);
 }
 
 Rebuild::~Rebuild() {

@@ -14,15 +14,22 @@ constexpr std::size_t kPieceSize = 256 * 1024;
 constexpr std::size_t kLargeText = 1024 * 1024;
 constexpr std::size_t kWorstGrowth = 3;
 
-constexpr std::string_view kSameDate =
-    "SELECT pk, title, modifiedAt FROM note WHERE isTrashed=0 AND modifiedAt=? AND pk>?"
-    " ORDER BY pk LIMIT 64";
-constexpr std::string_view kOlder =
-    "SELECT pk, title, modifiedAt FROM note WHERE isTrashed=0 AND modifiedAt<?"
-    " ORDER BY modifiedAt DESC, pk LIMIT 64";
-constexpr std::string_view kUndated =
-    "SELECT pk, title, modifiedAt FROM note WHERE isTrashed=0 AND modifiedAt IS NULL AND pk>?"
-    " ORDER BY pk LIMIT 64";
+// A page of the notes outside the trash: the first rows of the four parts of them that the lists'
+// indexes have in order of date, merged.
+std::string pageOf(const std::string& condition, const std::string& order) {
+    const auto end = " ORDER BY " + order + " LIMIT 64";
+    std::string parts;
+    for (const char* list : {"listAll0 WHERE isArchived=0", "listArchived0 WHERE isArchived=1"}) {
+        for (const char* pinned : {"0", "1"}) {
+            parts += parts.empty() ? "" : " UNION ALL ";
+            parts += std::string("SELECT * FROM (SELECT pk, modifiedAt FROM note INDEXED BY ") +
+                     list + " AND isTrashed=0 AND isPinned=" + pinned + " AND " + condition + end +
+                     ")";
+        }
+    }
+    return "SELECT page.pk, title, page.modifiedAt FROM (" + parts + end +
+           ") AS page JOIN note ON note.pk=page.pk ORDER BY 3 DESC, 1";
+}
 
 }  // namespace
 
@@ -53,14 +60,19 @@ void FoldedNoteReader::pause() {
 }
 
 void FoldedNoteReader::readPage() {
+    static const struct {
+        std::string sameDate = pageOf("modifiedAt=?1 AND pk>?2", "pk");
+        std::string older = pageOf("modifiedAt<?1", "modifiedAt DESC, pk");
+        std::string undated = pageOf("modifiedAt IS NULL AND pk>?1", "pk");
+    } kSql;
     m_page.clear();
     m_pagePosition = 0;
     switch (m_stage) {
         case Stage::sameDate:
-            if (!readRows(kSameDate, m_cursor.modifiedAt, m_cursor.row)) m_stage = Stage::older;
+            if (!readRows(kSql.sameDate, m_cursor.modifiedAt, m_cursor.row)) m_stage = Stage::older;
             break;
         case Stage::older:
-            if (readRows(kOlder, m_cursor.modifiedAt)) {
+            if (readRows(kSql.older, m_cursor.modifiedAt)) {
                 m_stage = Stage::sameDate;
             } else {
                 m_stage = Stage::undated;
@@ -68,7 +80,7 @@ void FoldedNoteReader::readPage() {
             }
             break;
         case Stage::undated:
-            if (!readRows(kUndated, m_cursor.row)) m_stage = Stage::finished;
+            if (!readRows(kSql.undated, m_cursor.row)) m_stage = Stage::finished;
             break;
         case Stage::finished:
             break;

@@ -125,8 +125,7 @@ void readTagMembers(Database& database,
                     std::size_t limit,
                     std::vector<TagMember>& members) {
     auto query = database.query(
-        "SELECT isPinned, modifiedAt, notePk FROM noteTag INDEXED BY listTag"
-        " WHERE tagPk=? AND isListed=1 AND isAttached=1"
+        "SELECT isPinned, modifiedAt, notePk FROM tagList WHERE tagPk=?"
         " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
     query.bind(tagKey, sqlLimit(limit));
     while (query.next()) {
@@ -154,8 +153,7 @@ std::vector<RowId> newestTagRows(Database& database, const std::string& prefix, 
 
 std::vector<RowId> folderMembers(Database& database, const Uuid& folderID, std::size_t limit) {
     auto query = database.query(
-        "SELECT notePk FROM noteFolder INDEXED BY listFolder"
-        " WHERE folderPk=(SELECT pk FROM folder WHERE id=?) AND isListed=1"
+        "SELECT notePk FROM folderList WHERE folderPk=(SELECT pk FROM folder WHERE id=?)"
         " ORDER BY isPinned DESC, modifiedAt DESC, notePk LIMIT ?");
     query.bind(folderID, sqlLimit(limit));
     return keysOf(query);
@@ -261,15 +259,16 @@ bool NoteListing::contains(const SidebarFilter& filter, RowId row) const {
     Database& database = m_context.database();
     if (filter.kind == SidebarFilter::Kind::folder) {
         auto query = database.query(
-            "SELECT 1 FROM noteFolder JOIN folder ON folder.pk=folderPk"
-            " WHERE folder.id=? AND notePk=? AND isListed=1");
+            "SELECT 1 FROM noteFolder JOIN folder ON folder.pk=folderPk JOIN note ON note.pk=notePk"
+            " WHERE folder.id=? AND notePk=? AND isTrashed=0 AND isArchived=0");
         query.bind(filter.folderID, row);
         return query.next();
     }
     if (filter.kind == SidebarFilter::Kind::tag) {
         auto query = database.query(
-            "SELECT 1 FROM noteTag JOIN tag ON tag.pk=tagPk"
-            " WHERE notePk=? AND fullPath>=? AND fullPath<? AND isListed=1 AND isAttached=1");
+            "SELECT 1 FROM noteTag JOIN tag ON tag.pk=tagPk JOIN note ON note.pk=notePk"
+            " WHERE notePk=? AND fullPath>=? AND fullPath<? AND isAttached=1"
+            " AND isTrashed=0 AND isArchived=0");
         const auto end = endOfPrefix(filter.tagPath);
         query.bind(row, filter.tagPath, end);
         return query.next();

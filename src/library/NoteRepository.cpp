@@ -3,6 +3,7 @@
 #include "library/NoteListing.h"
 #include "library/NoteReader.h"
 #include "library/NoteWriter.h"
+#include "library/RowKeys.h"
 #include "model/PersistenceController.h"
 #include "platform/Text.h"
 
@@ -33,6 +34,22 @@ std::vector<Uuid> attachmentsInFiles(Database& database, const Uuid& noteID) {
         ids.push_back(query.uuid(0));
     }
     return ids;
+}
+
+// Of the notes outside the trash, newest modification first.
+std::vector<RowId> rowsByDate(Database& database) {
+    auto query =
+        database.query("SELECT pk FROM note WHERE isTrashed=0 ORDER BY modifiedAt DESC, pk");
+    return keysOf(query);
+}
+
+bool holds(Database& database, RowId row, const std::string& folded) {
+    auto query =
+        database.query("SELECT title, content FROM note JOIN noteContent ON notePk=pk WHERE pk=?");
+    query.bind(row);
+    return query.next() &&
+           (text::foldedForSearch(query.text(0)).find(folded) != std::string::npos ||
+            text::foldedForSearch(query.text(1)).find(folded) != std::string::npos);
 }
 
 ViewContext::Change insertion(const Note& note) {
@@ -80,20 +97,9 @@ std::vector<LinkedNote> NoteRepository::fetchLinkedNotes() const {
 
 std::vector<Note> NoteRepository::search(std::string_view query) const {
     const std::string wanted = text::foldedForSearch(query);
-    std::vector<RowId> hits;
-    {
-        auto rows = m_context.database().query(
-            "SELECT pk, title, content FROM note JOIN noteContent ON notePk=pk WHERE isTrashed=0"
-            " ORDER BY modifiedAt DESC, pk");
-        while (rows.next()) {
-            const bool isHit =
-                text::foldedForSearch(rows.text(1)).find(wanted) != std::string::npos ||
-                text::foldedForSearch(rows.text(2)).find(wanted) != std::string::npos;
-            if (isHit) hits.push_back(rows.integer(0));
-        }
-    }
     std::vector<Note> notes;
-    for (const RowId row : hits) {
+    for (const RowId row : rowsByDate(m_context.database())) {
+        if (!holds(m_context.database(), row, wanted)) continue;
         if (auto note = noteReader::read(m_context.database(), row))
             notes.push_back(*std::move(note));
     }
@@ -116,9 +122,7 @@ void NoteRepository::createUnsaved(
 
 void NoteRepository::update(const Note& note) {
     auto change = [note, derived = DerivedText::of(note.content)](Database& database) {
-        if (const auto row = noteWriter::rowOf(database, note.id)) {
-            noteWriter::update(database, *row, note, derived);
-        }
+        noteWriter::update(database, note, derived);
     };
     applyAndSave(std::move(change), "update " + note.id.toString(), NoteChange::Kind::updated,
                  note.id, &note);

@@ -5,12 +5,13 @@
 #include "platform/Database.h"
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace corvel {
 
-/// What counters, folder and tag counts, and the copies in noteTag and noteFolder are made from:
-/// one note's share in them.
+/// What counters, folder and tag counts, and the rows of lists are made from: one note's share in
+/// them.
 struct NoteState {
     bool exists = false;
     bool isPinned = false;
@@ -18,8 +19,9 @@ struct NoteState {
     bool isTrashed = false;
     bool hasBookmark = false;
     Date modifiedAt;
-    std::vector<std::int64_t> folders;   ///< keys of the folders that hold it, ascending
-    std::vector<std::int64_t> textTags;  ///< keys of the tags in its text, ascending
+    std::vector<std::int64_t> folders;       ///< keys of the folders that hold it, ascending
+    std::vector<std::int64_t> attachedTags;  ///< keys of the tags of its record, ascending
+    std::vector<std::int64_t> textTags;      ///< keys of the tags in its text, ascending
 
     /// Shown in the ordinary lists.
     bool isListed() const { return exists && !isTrashed && !isArchived; }
@@ -27,16 +29,22 @@ struct NoteState {
     /// The share of a record that is about to be stored: without folders and tags.
     static NoteState of(const Note& note);
     static NoteState read(Database& database, RowId row);
+    /// From the first columns of a row of these.
+    static NoteState fromColumns(const Query& query);
+    static constexpr std::string_view kColumns =
+        "isPinned, isArchived, isTrashed, bookmarkData IS NOT NULL, modifiedAt";
 
-private:
-    void readLinks(Database& database, RowId row);
+    void readFolders(Database& database, RowId row);
+    void readTags(Database& database, RowId row);
 };
 
-/// Keeps the counts and copies in step with one note: made before a change of it, finished after.
+/// Keeps the counts and lists in step with one note: made before a change of it, finished after.
 /// Only what differs is written.
 class NoteBookkeeping {
 public:
     NoteBookkeeping(Database& database, RowId row);
+    /// For a caller that has read the state.
+    NoteBookkeeping(Database& database, RowId row, NoteState before);
     const NoteState& before() const { return m_before; }
     /// Reads the state after the change.
     void finish();
@@ -44,7 +52,6 @@ public:
     void finishWith(const NoteState& after);
 
 private:
-    void updateCopies(const NoteState& after);
     void updateFolderCount(const NoteState& after);
 
     Database& m_database;

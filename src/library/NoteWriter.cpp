@@ -1,12 +1,14 @@
 #include "library/NoteWriter.h"
 
 #include "library/CountChanges.h"
+#include "library/ListRows.h"
 #include "library/NoteState.h"
 #include "library/NoteText.h"
 #include "library/TagRows.h"
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvel {
 
@@ -36,6 +38,16 @@ RowId insertNoteRow(Database& database,
     return database.lastInsertedRow();
 }
 
+void insertContent(Database& database, RowId row, const std::string& content) {
+    database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)").bind(row, content).run();
+}
+
+void writeContent(Database& database, RowId row, const std::string& content) {
+    const int changed =
+        database.query("UPDATE noteContent SET content=? WHERE notePk=?").bind(content, row).run();
+    if (changed == 0) insertContent(database, row, content);
+}
+
 // Lists of a tag rely on it: a note carries every prefix of its tags.
 std::vector<std::string> pathsWithPrefixes(const std::vector<Tag>& tags) {
     std::vector<std::string> paths;
@@ -62,15 +74,20 @@ std::vector<std::int64_t> folderKeys(Database& database, const std::vector<Uuid>
     return keys;
 }
 
-void fileInFolders(Database& database, RowId row, const NoteState& state) {
-    for (const auto folder : state.folders) {
-        database
-            .query(
-                "INSERT INTO noteFolder(notePk, folderPk, isListed, isPinned, modifiedAt)"
-                " VALUES(?,?,?,?,?)")
-            .bind(row, folder, state.isListed(), state.isPinned, state.modifiedAt)
+void fileInFolders(Database& database, RowId row, const std::vector<std::int64_t>& folders) {
+    for (const auto folder : folders) {
+        database.query("INSERT INTO noteFolder(notePk, folderPk) VALUES(?,?)")
+            .bind(row, folder)
             .run();
     }
+}
+
+std::vector<std::int64_t> unionOf(std::vector<std::int64_t> keys,
+                                  const std::vector<std::int64_t>& more) {
+    keys.insert(keys.end(), more.begin(), more.end());
+    std::sort(keys.begin(), keys.end());
+    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    return keys;
 }
 
 void insertOne(Database& database,
@@ -82,13 +99,14 @@ void insertOne(Database& database,
     NoteState state = NoteState::of(note);
     state.folders = folderKeys(database, note.folderIDs);
     const RowId row = insertNoteRow(database, note, derived, state.folders.size());
-    database.query("INSERT INTO noteContent(notePk, content) VALUES(?,?)")
-        .bind(row, note.content)
-        .run();
-    tagRows::attach(database, row, pathsWithPrefixes(note.tags), Source::elsewhere, state, tags);
-    state.textTags = tagRows::attach(database, row, derived.tagPaths, Source::text, state, tags);
+    insertContent(database, row, note.content);
+    auto recordTags =
+        tagRows::attach(database, row, pathsWithPrefixes(note.tags), Source::elsewhere, tags);
+    state.textTags = tagRows::attach(database, row, derived.tagPaths, Source::text, tags);
     std::sort(state.textTags.begin(), state.textTags.end());
-    fileInFolders(database, row, state);
+    state.attachedTags = unionOf(std::move(recordTags), state.textTags);
+    fileInFolders(database, row, state.folders);
+    listRows::update(database, row, {}, state);
     changes.add({}, state);
 }
 
@@ -98,19 +116,50 @@ struct RowChanges {
     bool place = false;  ///< trash and linked file, which say what lists it is in
 };
 
-RowChanges changesOf(Database& database, RowId row, const Note& note, const DerivedText& derived) {
-    auto query = database.query(
-        "SELECT title IS NOT ?, wordCount<>?, isTrashed<>? OR trashedAt IS NOT ?"
-        " OR sourceFilePath IS NOT ? OR bookmarkData IS NOT ? FROM note WHERE pk=?");
+struct StoredNote {
+    RowId row = 0;
+    NoteState state;
+    RowChanges changes;  ///< what an update with the record is going to change
+    std::vector<tagRows::NoteTag> tags;
+};
+
+std::optional<StoredNote> readRow(Database& database,
+                                  const Note& note,
+                                  const DerivedText& derived) {
+    static const std::string kSql =
+        "SELECT " + std::string(NoteState::kColumns) +
+        ", pk, title IS NOT ?, wordCount<>?, isTrashed<>? OR trashedAt IS NOT ?"
+        " OR sourceFilePath IS NOT ? OR bookmarkData IS NOT ? FROM note WHERE id=?";
+    auto query = database.query(kSql);
     query.bind(note.title, derived.wordCount, note.isTrashed, note.trashedAt, note.sourceFilePath,
-               note.bookmarkData, row);
-    if (!query.next()) return {};
-    return {query.boolean(0), query.boolean(1), query.boolean(2)};
+               note.bookmarkData, note.id);
+    if (!query.next()) return std::nullopt;
+    return StoredNote{query.integer(5),
+                      NoteState::fromColumns(query),
+                      {query.boolean(6), query.boolean(7), query.boolean(8)},
+                      {}};
+}
+
+std::optional<StoredNote> readStored(Database& database,
+                                     const Note& note,
+                                     const DerivedText& derived) {
+    auto stored = readRow(database, note, derived);
+    if (!stored) return stored;
+    stored->state.readFolders(database, stored->row);
+    stored->tags = tagRows::tagsOf(database, stored->row);
+    for (const auto& tag : stored->tags) {
+        if (tag.isAttached) stored->state.attachedTags.push_back(tag.key);
+        if (tag.isInText) stored->state.textTags.push_back(tag.key);
+    }
+    return stored;
 }
 
 // Several statements, each only for what differs: an update opens every index of what it names.
-void updateNoteRow(Database& database, RowId row, const Note& note, const DerivedText& derived) {
-    const RowChanges changes = changesOf(database, row, note, derived);
+void updateNoteRow(Database& database,
+                   const StoredNote& stored,
+                   const Note& note,
+                   const DerivedText& derived) {
+    const auto& [row, state, changes, tags] = stored;
     database.query("UPDATE note SET modifiedAt=?, syncStatus=1, excerpt=? WHERE pk=?")
         .bind(note.modifiedAt, derived.excerpt, row)
         .run();
@@ -155,20 +204,18 @@ void insert(Database& database, const std::vector<std::shared_ptr<const Prepared
     changes.write(database);
 }
 
-void update(Database& database, RowId row, const Note& note, const DerivedText& derived) {
-    NoteBookkeeping bookkeeping(database, row);
-    updateNoteRow(database, row, note, derived);
-    database
-        .query(
-            "INSERT INTO noteContent(notePk, content) VALUES(?,?)"
-            " ON CONFLICT(notePk) DO UPDATE SET content=excluded.content")
-        .bind(row, note.content)
-        .run();
-    NoteState after = bookkeeping.before();
+void update(Database& database, const Note& note, const DerivedText& derived) {
+    const auto stored = readStored(database, note, derived);
+    if (!stored) return;
+    NoteBookkeeping bookkeeping(database, stored->row, stored->state);
+    updateNoteRow(database, *stored, note, derived);
+    writeContent(database, stored->row, note.content);
+    NoteState after = stored->state;
     after.isTrashed = note.isTrashed;
     after.hasBookmark = note.bookmarkData.has_value();
     after.modifiedAt = note.modifiedAt;
-    after.textTags = tagRows::replace(database, row, derived.tagPaths, after);
+    after.textTags = tagRows::replace(database, stored->row, stored->tags, derived.tagPaths);
+    after.attachedTags = after.textTags;
     bookkeeping.finishWith(after);
 }
 

@@ -22,7 +22,7 @@ struct DerivedText {
 };
 
 /// The rows of one note. Each function runs inside a change of the view context and keeps counts
-/// and copies in step.
+/// and lists in step.
 namespace noteWriter {
 
 std::optional<RowId> rowOf(Database& database, const Uuid& id);
@@ -35,8 +35,8 @@ struct PreparedNote {
 };
 /// Gives the same rows as inserting one after the other.
 void insert(Database& database, const std::vector<std::shared_ptr<const PreparedNote>>& notes);
-/// Copies the record into the row, without `id`, `createdAt`, pin, archive and folders.
-void update(Database& database, RowId row, const Note& note, const DerivedText& derived);
+/// Copies the record into its row, if it has one, without `createdAt`, pin, archive and folders.
+void update(Database& database, const Note& note, const DerivedText& derived);
 /// Runs one statement whose only parameter is the note's key.
 void updateState(Database& database, RowId row, std::string_view sql);
 void moveToTrash(Database& database, RowId row, Date now);

@@ -38,24 +38,19 @@ std::int64_t findOrCreate(Database& database, const std::string& fullPath, Kind 
     return database.lastInsertedRow();
 }
 
-struct NoteTag {
-    std::int64_t key;
-    std::string path;
-    bool isWhole;  ///< attached and in the text
-};
+}  // namespace
 
 std::vector<NoteTag> tagsOf(Database& database, RowId note) {
     std::vector<NoteTag> tags;
     auto query = database.query(
-        "SELECT tagPk, fullPath, isAttached=1 AND isInText=1 FROM noteTag JOIN tag ON tag.pk=tagPk"
-        " WHERE notePk=?");
+        "SELECT tagPk, fullPath, isAttached, isInText FROM noteTag JOIN tag ON tag.pk=tagPk"
+        " WHERE notePk=? ORDER BY tagPk");
     query.bind(note);
-    while (query.next())
-        tags.push_back({query.integer(0), query.string(1), query.boolean(2)});
+    while (query.next()) {
+        tags.push_back({query.integer(0), query.string(1), query.boolean(2), query.boolean(3)});
+    }
     return tags;
 }
-
-}  // namespace
 
 std::int64_t findOrCreateTag(Database& database, const std::string& fullPath) {
     return findOrCreate(database, fullPath, Kind::object);
@@ -63,14 +58,14 @@ std::int64_t findOrCreateTag(Database& database, const std::string& fullPath) {
 
 std::vector<std::int64_t> replace(Database& database,
                                   RowId note,
-                                  const std::vector<std::string>& textPaths,
-                                  const NoteState& state) {
+                                  const std::vector<NoteTag>& tags,
+                                  const std::vector<std::string>& textPaths) {
     // What stands already as it should is left alone: an edit seldom changes a tag.
     std::vector<std::string> missing = textPaths;
     std::vector<std::int64_t> kept;
-    for (const auto& tag : tagsOf(database, note)) {
+    for (const auto& tag : tags) {
         const auto found = std::find(missing.begin(), missing.end(), tag.path);
-        if (tag.isWhole && found != missing.end()) {
+        if (tag.isAttached && tag.isInText && found != missing.end()) {
             missing.erase(found);
             kept.push_back(tag.key);
         } else {
@@ -80,7 +75,7 @@ std::vector<std::int64_t> replace(Database& database,
         }
     }
     TagKeys keys(database);
-    const auto added = attach(database, note, missing, Source::text, state, keys);
+    const auto added = attach(database, note, missing, Source::text, keys);
     kept.insert(kept.end(), added.begin(), added.end());
     std::sort(kept.begin(), kept.end());
     return kept;
@@ -98,20 +93,16 @@ std::vector<std::int64_t> attach(Database& database,
                                  RowId note,
                                  const std::vector<std::string>& paths,
                                  Source source,
-                                 const NoteState& state,
                                  TagKeys& keys) {
     std::vector<std::int64_t> attached;
     for (const auto& path : paths) {
         attached.push_back(keys.keyOf(path));
         database
             .query(
-                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText, isListed, isPinned, "
-                "modifiedAt)"
-                " VALUES(?,?,1,?,?,?,?)"
+                "INSERT INTO noteTag(tagPk, notePk, isAttached, isInText) VALUES(?,?,1,?)"
                 " ON CONFLICT(tagPk, notePk) DO UPDATE SET isAttached=1, "
                 "isInText=isInText|excluded.isInText")
-            .bind(attached.back(), note, source == Source::text, state.isListed(), state.isPinned,
-                  state.modifiedAt)
+            .bind(attached.back(), note, source == Source::text)
             .run();
     }
     return attached;

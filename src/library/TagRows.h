@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/NoteState.h"
+#include "library/NoteSummary.h"
 #include "platform/Database.h"
 
 #include <cstdint>
@@ -17,11 +17,23 @@ namespace corvel::tagRows {
 /// The key of the tag object with this path, made with its ancestors where missing.
 std::int64_t findOrCreateTag(Database& database, const std::string& fullPath);
 
-/// Makes the note's tag set exactly the tags in its text. Gives their keys, ascending.
+/// A tag of a note.
+struct NoteTag {
+    std::int64_t key = 0;
+    std::string path;
+    bool isAttached = false;
+    bool isInText = false;
+};
+
+/// Ascending by key.
+std::vector<NoteTag> tagsOf(Database& database, RowId note);
+
+/// Makes the note's tag set, which is `tags`, exactly the tags in its text. Gives their keys,
+/// ascending.
 std::vector<std::int64_t> replace(Database& database,
                                   RowId note,
-                                  const std::vector<std::string>& textPaths,
-                                  const NoteState& state);
+                                  const std::vector<NoteTag>& tags,
+                                  const std::vector<std::string>& textPaths);
 
 enum class Source { text, elsewhere };
 
@@ -37,13 +49,11 @@ private:
     std::unordered_map<std::string, std::int64_t> m_known;
 };
 
-/// Attaches further tags to the note, with `state` in the copies that lists are ordered by. Gives
-/// their keys.
+/// Attaches further tags to the note. Gives their keys.
 std::vector<std::int64_t> attach(Database& database,
                                  RowId note,
                                  const std::vector<std::string>& paths,
                                  Source source,
-                                 const NoteState& state,
                                  TagKeys& keys);
 
 /// Marks which tags stand in the note's text and attaches none.

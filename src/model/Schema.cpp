@@ -172,6 +172,57 @@ CREATE INDEX listFolder ON noteFolder
     (folderPk, isListed, isPinned DESC, modifiedAt DESC, notePk);
 )sql";
 
+// Version 4: an edit moves a note in its lists and changes nothing else of its tags and folders, so
+// the lists are tables of their own, of the notes that are listed, and noteTag and noteFolder
+// repeat nothing. Notes by date are read from listAll0 and listArchived0. Tags never go in the
+// program, so noteTag has no index for them: a foreign key would read all of it.
+constexpr const char* kListsApart = R"sql(
+CREATE TABLE tagList(
+    tagPk INTEGER NOT NULL REFERENCES tag(pk) ON DELETE CASCADE,
+    isPinned INTEGER NOT NULL,
+    modifiedAt INTEGER NOT NULL,
+    notePk INTEGER NOT NULL,
+    PRIMARY KEY(tagPk, isPinned DESC, modifiedAt DESC, notePk)
+) WITHOUT ROWID;
+CREATE TABLE folderList(
+    folderPk INTEGER NOT NULL REFERENCES folder(pk) ON DELETE CASCADE,
+    isPinned INTEGER NOT NULL,
+    modifiedAt INTEGER NOT NULL,
+    notePk INTEGER NOT NULL,
+    PRIMARY KEY(folderPk, isPinned DESC, modifiedAt DESC, notePk)
+) WITHOUT ROWID;
+INSERT INTO tagList
+    SELECT tagPk, isPinned, modifiedAt, notePk FROM noteTag INDEXED BY listTag
+    WHERE isListed=1 AND isAttached=1
+    ORDER BY tagPk, isPinned DESC, modifiedAt DESC, notePk;
+INSERT INTO folderList
+    SELECT folderPk, isPinned, modifiedAt, notePk FROM noteFolder INDEXED BY listFolder
+    WHERE isListed=1
+    ORDER BY folderPk, isPinned DESC, modifiedAt DESC, notePk;
+DROP INDEX listTag;
+DROP INDEX listFolder;
+DROP INDEX noteByModified;
+ALTER TABLE noteTag RENAME TO noteTagBefore;
+ALTER TABLE noteFolder RENAME TO noteFolderBefore;
+CREATE TABLE noteTag(
+    notePk INTEGER NOT NULL REFERENCES note(pk) ON DELETE CASCADE,
+    tagPk INTEGER NOT NULL REFERENCES tag(pk) ON DELETE CASCADE,
+    isAttached INTEGER NOT NULL DEFAULT 1,
+    isInText INTEGER NOT NULL DEFAULT 0,
+    PRIMARY KEY(notePk, tagPk)
+) WITHOUT ROWID;
+CREATE TABLE noteFolder(
+    notePk INTEGER NOT NULL REFERENCES note(pk) ON DELETE CASCADE,
+    folderPk INTEGER NOT NULL REFERENCES folder(pk) ON DELETE CASCADE,
+    PRIMARY KEY(notePk, folderPk)
+) WITHOUT ROWID;
+INSERT INTO noteTag SELECT notePk, tagPk, isAttached, isInText FROM noteTagBefore;
+INSERT INTO noteFolder SELECT notePk, folderPk FROM noteFolderBefore;
+DROP TABLE noteTagBefore;
+DROP TABLE noteFolderBefore;
+CREATE INDEX noteFolderByFolder ON noteFolder(folderPk);
+)sql";
+
 int versionOf(Database& database) {
     auto query = database.query("PRAGMA user_version");
     return query.next() ? static_cast<int>(query.integer(0)) : 0;
@@ -201,6 +252,7 @@ void migrate(Database& database) {
     if (version < 1) step(database, kRecords, 1);
     if (version < 2) step(database, kDerivedRows + listIndexes(), 2);
     if (version < 3) step(database, kRowsByNote, 3);
+    if (version < 4) step(database, kListsApart, 4);
 }
 
 }  // namespace corvel::schema

@@ -8,7 +8,7 @@ namespace corvel {
 /// it.
 namespace schema {
 
-inline constexpr int kVersion = 3;
+inline constexpr int kVersion = 4;
 
 /// Creates the tables of an empty database or carries an older one forward, each step in a
 /// transaction of its own. Throws StoreError, also for a database of a newer version than this

@@ -241,7 +241,7 @@ TEST(DerivedRows, AnOldStoreIsDerivedWhenItIsOpened) {
     library.add("# T\nwords of #some/tag");
     library.controller().viewContext().database().execute(
         "DELETE FROM counter; UPDATE note SET wordCount=0, excerpt='';"
-        "UPDATE noteTag SET isInText=0, isListed=0; UPDATE tag SET listedCount=0;");
+        "UPDATE noteTag SET isInText=0; DELETE FROM tagList; UPDATE tag SET listedCount=0;");
     library.reopen();
     EXPECT_EQ(library->listing.counts().allNotes, 1);
     EXPECT_THAT(library->listing.tagPaths(), ElementsAre("some", "some/tag"));

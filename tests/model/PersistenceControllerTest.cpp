@@ -92,29 +92,34 @@ TEST(PersistenceController, CarriesAnOlderStoreForward) {
     EXPECT_EQ(number(controller, "SELECT count(*) FROM tag WHERE isObject=1"), 2);
 }
 
-TEST(PersistenceController, KeepsWhatListsAreOrderedByWhenRowsAreLaidOutAnew) {
-    const TemporaryFolder folder;
-    Database(folder.path() / "qnoCorvel.sqlite")
-        .execute(contentsOf(std::filesystem::path(CORVEL_TEST_DATA) / "model" / "version-2.sql"));
-    PersistenceController controller(Storage::onDisk, folder.path());
-    EXPECT_EQ(number(controller,
-                     "SELECT count(*) FROM noteTag WHERE notePk=1 AND isAttached=1"
-                     " AND isInText=1 AND isListed=1 AND isPinned=1"
-                     " AND modifiedAt=2000000"),
-              2);
-    EXPECT_EQ(number(controller,
-                     "SELECT count(*) FROM noteFolder WHERE notePk=2 AND isListed=1"
-                     " AND isPinned=0 AND modifiedAt=3000000"),
-              1);
+TEST(PersistenceController, KeepsTheListsOfOlderVersions) {
     PersistenceController fresh(Storage::inMemory);
-    constexpr std::string_view kIndexes =
+    constexpr std::string_view kTables =
         "SELECT group_concat(name) FROM (SELECT name FROM sqlite_master WHERE name NOT LIKE "
         "'sqlite%' ORDER BY name)";
-    EXPECT_EQ(texts(controller, kIndexes), texts(fresh, kIndexes));
-    auto& database = controller.viewContext().database();
-    database.execute("DELETE FROM tag WHERE pk=1; DELETE FROM folder");
-    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteTag"), 0);
-    EXPECT_EQ(number(controller, "SELECT count(*) FROM noteFolder"), 0);
+    constexpr std::string_view kLists =
+        "SELECT (SELECT group_concat(tagPk||' '||isPinned||' '||modifiedAt||' '||notePk) FROM "
+        "tagList)||' / '||(SELECT group_concat(folderPk||' '||isPinned||' '||modifiedAt||' "
+        "'||notePk) FROM folderList)";
+    constexpr std::string_view kRelations =
+        "SELECT (SELECT count(*) FROM noteTag)+(SELECT count(*) FROM noteFolder)+"
+        "(SELECT count(*) FROM tagList)+(SELECT count(*) FROM folderList)";
+    for (const char* file : {"version-2.sql", "version-3.sql"}) {
+        SCOPED_TRACE(file);
+        const TemporaryFolder folder;
+        Database(folder.path() / "qnoCorvel.sqlite")
+            .execute(contentsOf(std::filesystem::path(CORVEL_TEST_DATA) / "model" / file));
+        PersistenceController controller(Storage::onDisk, folder.path());
+        EXPECT_EQ(texts(controller, kTables), texts(fresh, kTables));
+        EXPECT_EQ(texts(controller, kLists), "1 1 2000000 1,2 1 2000000 1 / 1 0 3000000 2");
+        EXPECT_EQ(number(controller,
+                         "SELECT count(*) FROM noteTag WHERE notePk=1 AND isAttached=1"
+                         " AND isInText=1"),
+                  2);
+        auto& database = controller.viewContext().database();
+        database.execute("DELETE FROM tag WHERE pk=1; DELETE FROM folder");
+        EXPECT_EQ(number(controller, kRelations), 0);
+    }
 }
 
 TEST(PersistenceControllerDeathTest, AStoreThatCannotBeCarriedForwardWaitsForRoom) {

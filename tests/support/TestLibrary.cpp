@@ -58,10 +58,13 @@ std::string dumpOfStore(PersistenceController& controller) {
           std::string_view("SELECT fullPath||isObject||listedCount FROM tag ORDER BY fullPath"),
           std::string_view("SELECT name||noteCount FROM folder ORDER BY pk"),
           std::string_view(
-              "SELECT fullPath||notePk||isAttached||isInText||isListed||noteTag.isPinned||"
-              "noteTag.modifiedAt FROM noteTag JOIN tag ON pk=tagPk ORDER BY 1"),
+              "SELECT fullPath||notePk||isAttached||isInText FROM noteTag JOIN tag ON pk=tagPk"
+              " ORDER BY 1"),
+          std::string_view("SELECT folderPk||notePk FROM noteFolder ORDER BY 1"),
+          std::string_view("SELECT fullPath||isPinned||modifiedAt||notePk FROM tagList"
+                           " JOIN tag ON pk=tagPk ORDER BY 1"),
           std::string_view(
-              "SELECT folderPk||notePk||isListed||isPinned||modifiedAt FROM noteFolder ORDER BY 1"),
+              "SELECT folderPk||isPinned||modifiedAt||notePk FROM folderList ORDER BY 1"),
           std::string_view("SELECT name||value FROM counter WHERE value<>0 ORDER BY name")}) {
         auto query = controller.viewContext().database().query(sql);
         while (query.next()) {
