@@ -2,10 +2,12 @@
 
 #include "library/DraftRecord.h"
 #include "library/EditedText.h"
+#include "platform/FileBytes.h"
+#include "platform/FileDescriptor.h"
+
+#include <fcntl.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <utility>
 
 namespace corvel {
@@ -84,10 +86,14 @@ std::optional<Draft> parseDraft(std::string_view file) {
     return draft;
 }
 
+// Where the disk is bad the file ends: what was read before it counts.
 std::optional<Draft> readDraft(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    return parseDraft(bytes);
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    std::string bytes;
+    const bool isWhole = file.isOpen() && appendAll(file.get(), bytes);
+    auto draft = parseDraft(bytes);
+    if (draft && !isWhole) draft->isDamaged = true;
+    return draft;
 }
 
 std::vector<std::filesystem::path> draftsIn(const std::filesystem::path& folder) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace corvel {
 
@@ -27,18 +28,24 @@ std::optional<Bytes> readAll(int file, std::size_t size) {
     return bytes;
 }
 
-/// All that comes from `file`, a pipe for one, until its end. None when reading fails.
-inline std::optional<std::string> readToEnd(int file) {
+/// Appends all that comes from `file` until its end. False when reading fails: `bytes` then has
+/// what came before.
+inline bool appendAll(int file, std::string& bytes) {
     constexpr std::size_t kChunk = std::size_t{256} * 1024;
-    std::string bytes;
     for (;;) {
         const std::size_t size = bytes.size();
         bytes.resize(size + kChunk);
         const ssize_t count = ::read(file, bytes.data() + size, kChunk);
         bytes.resize(size + static_cast<std::size_t>(count > 0 ? count : 0));
-        if (count == 0) return bytes;
-        if (count < 0 && errno != EINTR) return std::nullopt;
+        if (count == 0) return true;
+        if (count < 0 && errno != EINTR) return false;
     }
+}
+
+/// All that comes from `file`, a pipe for one, until its end. None when reading fails.
+inline std::optional<std::string> readToEnd(int file) {
+    std::string bytes;
+    return appendAll(file, bytes) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 /// False, with `errno` set, when not all could be written.

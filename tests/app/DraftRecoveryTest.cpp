@@ -214,6 +214,32 @@ TEST_F(DraftRecoveryTest, NothingIsSaidOfWordsThatWereSavedAndDamageIsSetAside) 
     EXPECT_TRUE(std::filesystem::exists(draft.string() + ".damaged"));
 }
 
+// A bad place on the disk must not keep the program from starting, nor other words from coming
+// back.
+TEST_F(DraftRecoveryTest, ADraftThatCannotBeReadHoldsUpNoOther) {
+    const Uuid id = crashAfterTyping("a", "b");
+    const auto broken = draftFolder() / "broken.draft";
+    std::filesystem::create_symlink("/proc/self/mem", broken);
+    testing::internal::CaptureStdout();
+    ProgramRun run(folder.path());
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::StartsWith("Error reading draft: "));
+    EXPECT_EQ(run.stored(id), "ab");
+    EXPECT_TRUE(std::filesystem::is_symlink(broken.string() + ".damaged"));
+}
+
+TEST_F(DraftRecoveryTest, OfADraftWithADamagedEndTheBeginningIsTakenAndTheFileKept) {
+    const Uuid id = crashAfterTyping("a", "b");
+    const auto draft = draftsIn(draftFolder()).at(0);
+    std::ofstream(draft, std::ios::binary | std::ios::app) << "torn";
+    testing::internal::CaptureStdout();
+    ProgramRun run(folder.path());
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::HasSubstr("the end is damaged"));
+    EXPECT_EQ(run.stored(id), "ab");
+    EXPECT_THAT(run.drafts(), IsEmpty());
+    EXPECT_TRUE(std::filesystem::exists(draft.string() + ".damaged"));
+}
+
 TEST_F(DraftRecoveryTest, AChangeElsewhereWhileTypingLosesNeitherText) {
     Uuid id;
     std::string other;
