@@ -1,33 +1,21 @@
 #include "model/AttachmentFiles.h"
 
+#include "platform/FileBytes.h"
+#include "platform/FileDescriptor.h"
 #include "platform/StoreError.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace corvel {
 
 namespace {
-
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor) : m_descriptor(descriptor) {}
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (m_descriptor >= 0) ::close(m_descriptor);
-    }
-    int get() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 [[noreturn]] void throwErrno(const std::filesystem::path& path) {
     const int code = errno;
@@ -37,17 +25,11 @@ private:
     throw StoreError(fault, path.string() + ": " + std::strerror(code));
 }
 
-void writeAll(int descriptor,
-              const std::vector<std::uint8_t>& data,
-              const std::filesystem::path& path) {
-    std::size_t done = 0;
-    while (done < data.size()) {
-        const ssize_t count = ::write(descriptor, data.data() + done, data.size() - done);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) throwErrno(path);
-        done += static_cast<std::size_t>(count);
-    }
-    if (::fsync(descriptor) != 0) throwErrno(path);
+void writeAndSync(int file,
+                  const std::vector<std::uint8_t>& data,
+                  const std::filesystem::path& path) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data.data()), data.size());
+    if (!writeAll(file, bytes) || ::fsync(file) != 0) throwErrno(path);
 }
 
 void syncFolder(const std::filesystem::path& folder) {
@@ -72,8 +54,8 @@ void AttachmentFiles::write(const Uuid& id, const std::vector<std::uint8_t>& dat
     try {
         const FileDescriptor file(
             ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
-        if (file.get() < 0) throwErrno(path);
-        writeAll(file.get(), data, path);
+        if (!file.isOpen()) throwErrno(path);
+        writeAndSync(file.get(), data, path);
         syncFolder(m_folder);
     } catch (const StoreError&) {
         std::filesystem::remove(path, ignored);
@@ -82,11 +64,12 @@ void AttachmentFiles::write(const Uuid& id, const std::vector<std::uint8_t>& dat
 }
 
 std::optional<std::vector<std::uint8_t>> AttachmentFiles::read(const Uuid& id) const {
-    std::ifstream file(pathOf(id), std::ios::binary);
-    if (!file) return std::nullopt;
-    std::vector<std::uint8_t> data{std::istreambuf_iterator<char>(file), {}};
-    if (file.bad()) return std::nullopt;
-    return data;
+    const FileDescriptor file(
+        ::open(pathOf(id).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
 }
 
 void AttachmentFiles::remove(const Uuid& id) const {
