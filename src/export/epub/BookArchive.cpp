@@ -3,12 +3,14 @@
 #include "export/ExportError.h"
 #include "export/WorkingFolder.h"
 #include "platform/Handle.h"
+#include "platform/RegularFile.h"
 
 #include <zip.h>
 
+#include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <limits>
+#include <utility>
 
 namespace corvel {
 
@@ -50,10 +52,9 @@ void finish(Archive archive) {
 }
 
 std::string contentOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (!file) throw ExportError(ExportError::Kind::fileWriteFailed);
-    return bytes;
+    auto bytes = readRegularFile(path, std::numeric_limits<std::int64_t>::max());
+    if (!bytes) throw ExportError(ExportError::Kind::fileWriteFailed);
+    return *std::move(bytes);
 }
 
 std::string makeArchive(const std::vector<BookFile>& files) {
