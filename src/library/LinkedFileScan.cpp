@@ -21,6 +21,14 @@ bool LinkedFileScan::work(std::chrono::milliseconds budget, const std::optional<
     return m_next < m_linked.size();
 }
 
+// Between two slices somebody may have opened the note, stopped tracking it or linked it anew.
+std::optional<Note> LinkedFileScan::noteStill(const LinkedNote& linked) const {
+    auto note = m_notes.fetchNote(linked.id);
+    const bool isStill = note && !note->isTrashed && note->sourceFilePath == linked.path &&
+                         note->bookmarkData == linked.bookmarkData;
+    return isStill ? std::move(note) : std::nullopt;
+}
+
 void LinkedFileScan::look(const LinkedNote& linked) {
     auto bookmark = Bookmark::decode(linked.bookmarkData);
     if (!bookmark) return;
@@ -45,12 +53,12 @@ void LinkedFileScan::compare(const LinkedNote& linked, Bookmark bookmark) {
     } catch (const LinkError&) {
         return;  // gone since it was listed, or no text any more: its note will say so
     }
+    auto note = noteStill(linked);
+    if (!note) return;
     auto renewed = m_bookmarks.make(bookmark.path, file.file.stamp, file.file.bytes, file.text);
     const bool isFileChanged = renewed.fileHash != bookmark.fileHash;
     bookmark.stamp = renewed.stamp;
     if (!isFileChanged) return renew(linked, bookmark);
-    auto note = m_notes.fetchNote(linked.id);
-    if (!note) return;
     if (note->content == file.text) return renew(linked, renewed);
     // The hashes stay those of the last agreement: the note, opened, shows both versions.
     if (hashOf(note->content) != bookmark.noteHash) return renew(linked, bookmark);

@@ -23,6 +23,7 @@ public:
     bool work(std::chrono::milliseconds budget, const std::optional<Uuid>& openNote);
 
 private:
+    std::optional<Note> noteStill(const LinkedNote& linked) const;
     void look(const LinkedNote& linked);
     void renew(const LinkedNote& linked, const Bookmark& bookmark);
     void compare(const LinkedNote& linked, Bookmark bookmark);

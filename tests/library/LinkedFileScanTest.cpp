@@ -75,5 +75,30 @@ TEST_F(LinkedFileScanTest, FindsRenamedFilesAndPassesOverThoseThatHaveGone) {
     EXPECT_EQ(library.stored(gone), before);
 }
 
+// Between two slices the user goes on: what was read at the start is old by then.
+TEST_F(LinkedFileScanTest, LeavesNotesThatGotAnotherLinkMeanwhile) {
+    const auto first = linked("first.md", "base\n");
+    const auto stopped = linked("stopped.md", "base\n");
+    const auto moved = linked("moved.md", "base\n");
+    const auto trashed = linked("trashed.md", "base\n");
+    folder.write("first.md", "theirs\n");
+    LinkedFileScan scan(library->notes);
+    ASSERT_TRUE(scan.work(0ms, {}));
+    ASSERT_EQ(library.stored(first).content, "theirs\n");
+
+    LocalFileNotes(library->notes).stopTracking(stopped);
+    LocalFileNotes(library->notes).relink(moved, folder.write("new.md", "base\n"));
+    library->notes.moveToTrash(trashed);
+    for (const auto* name : {"stopped.md", "moved.md", "trashed.md"})
+        folder.write(name, "theirs\n");
+    while (scan.work(1ms, {})) {
+    }
+    EXPECT_EQ(library.stored(stopped).content, "base\n");
+    EXPECT_FALSE(library.stored(stopped).sourceFilePath);
+    EXPECT_EQ(library.stored(moved).content, "base\n");
+    EXPECT_EQ(library.stored(moved).sourceFilePath, (folder.path() / "new.md").string());
+    EXPECT_EQ(library.stored(trashed).content, "base\n");
+}
+
 }  // namespace
 }  // namespace corvel
