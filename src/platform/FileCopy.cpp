@@ -27,13 +27,17 @@ FileDescriptor openRegular(const std::filesystem::path& path) {
 }  // namespace
 
 FileCopy::FileCopy(const std::filesystem::path& from, const std::filesystem::path& to)
-    : m_from(openRegular(from)) {
+    : m_from(openRegular(from)), m_path(to) {
     if (!m_from.isOpen()) {
         stop(errno, true);
         return;
     }
     m_to = FileDescriptor(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
     if (!m_to.isOpen()) stop(errno, false);
+}
+
+FileCopy::~FileCopy() {
+    if (m_to.isOpen() && !m_isWhole) ::unlink(m_path.c_str());
 }
 
 bool FileCopy::stop(int error, bool isSource) {
@@ -50,7 +54,10 @@ bool FileCopy::step(std::size_t most) {
             ::read(m_from.get(), buffer.data(), std::min(buffer.size(), most - done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) return stop(errno, true);
-        if (count == 0) return false;
+        if (count == 0) {
+            m_isWhole = true;
+            return false;
+        }
         if (!writeAll(buffer.data(), static_cast<std::size_t>(count))) return false;
         done += static_cast<std::size_t>(count);
     }

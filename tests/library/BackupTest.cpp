@@ -4,8 +4,10 @@
 #include "model/Schema.h"
 #include "model/StoreFiles.h"
 #include "platform/LocalDay.h"
+#include "support/FileSizeLimit.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
+#include "support/Mount.h"
 #include "support/TestLibrary.h"
 
 #include <gmock/gmock.h>
@@ -43,15 +45,21 @@ protected:
         return result.value_or(BackupOutcome{});
     }
 
-    /// As a run of the program does it: prepared, then taken by the next start.
-    std::optional<RestoreFault> restore(
+    std::optional<RestoreFault> prepare(
         const BackupInfo& backup, RestoreJob::Save save = [] { return true; }) {
         RestoreJob job(library.controller(), kChecker, std::move(save));
         std::optional<RestoreOutcome> result;
         job.start(backup, {}, [&](const RestoreOutcome& outcome) { result = outcome; });
         EXPECT_TRUE(turnUntil([&] { return result.has_value(); }));
-        library.reopen();
         return result.value_or(RestoreOutcome{RestoreFault::failed, {}}).fault;
+    }
+
+    /// As a run of the program does it: prepared, then taken by the next start.
+    std::optional<RestoreFault> restore(
+        const BackupInfo& backup, RestoreJob::Save save = [] { return true; }) {
+        const auto fault = prepare(backup, std::move(save));
+        library.reopen();
+        return fault;
     }
 
     Uuid attach(const Note& note, const std::string& bytes) {
@@ -289,6 +297,56 @@ TEST_F(BackupTest, ARestorationKilledOnItsWayIsFinishedByTheNextStart) {
     fs::rename(folder / "log", folder / "qnoCorvel.sqlite-wal");
     library.open();
     EXPECT_THAT(titles(), ElementsAre("Old"));
+}
+
+TEST_F(BackupTest, ALibraryThatNeverRestsIsNotReplaced) {
+    library.add("# Old");
+    const auto made = backUp().made;
+    ASSERT_TRUE(made);
+    int saves = 0;
+    const auto fault = restore(*made, [&] {
+        library.add("# Typed " + std::to_string(++saves));
+        return true;
+    });
+    EXPECT_EQ(fault, RestoreFault::changed);
+    EXPECT_GT(saves, 1);
+    EXPECT_THAT(titles(), SizeIs(saves + 1));
+    EXPECT_FALSE(fs::exists(pendingRestore::preparing(library.folder())));
+}
+
+// Where nothing can be linked to, as on other file systems than ours, files are copied.
+TEST_F(BackupTest, CopiesWhatCannotBeLinkedToAndNeverTakesPartOfAFileForTheWhole) {
+    const Note note = library.add("# Note");
+    const auto id = attach(note, std::string(kLarge, 'i'));
+    const auto other = attach(note, std::string(kLarge, 'j'));
+    fs::create_directory(backups().path());
+    const Mount volume = Mount::ofSize(backups().path(), "80m");
+    if (!volume.isMounted()) GTEST_SKIP() << "needs root";
+    const auto made = backUp().made;
+    ASSERT_TRUE(made);
+    EXPECT_EQ(fs::file_size(made->attachments() / id.toString()), kLarge);
+
+    library->notes.deletePermanently(note.id);
+    {
+        const FileSizeLimit full(kLarge - 1000);
+        ASSERT_EQ(prepare(*made), RestoreFault::failed);
+    }
+    ASSERT_EQ(restore(*made), std::nullopt);
+    EXPECT_EQ(library->attachments.fetchAttachment(id)->data.size(), kLarge);
+    EXPECT_EQ(library->attachments.fetchAttachment(other)->data.size(), kLarge);
+}
+
+TEST_F(BackupTest, ADiskWithLittleRoomTakesNoBackupAndNoRestoration) {
+    library.add("# Note");
+    fs::create_directory(backups().path());
+    const Mount volume = Mount::ofSize(backups().path(), "72m");
+    if (!volume.isMounted()) GTEST_SKIP() << "needs root";
+    const auto made = backUp().made;
+    ASSERT_TRUE(made);
+    std::ofstream(backups().path() / "filler") << std::string(9'000'000, 'x');
+    EXPECT_EQ(backUp().fault, BackupFault::diskFull);
+    EXPECT_EQ(restore(*made), RestoreFault::diskFull) << "the present one could not be kept";
+    EXPECT_THAT(leftovers(), IsEmpty());
 }
 
 }  // namespace corvel
