@@ -141,7 +141,7 @@ fs::path BackupFolder::freeName(const std::string& day) const {
 }
 
 std::vector<fs::path> BackupFolder::takeOutOld() const {
-    std::vector<fs::path> old;
+    auto old = leftOld();
     std::map<BackupKind, std::size_t> counts;
     std::error_code error;
     for (const auto& backup : list()) {
@@ -152,6 +152,17 @@ std::vector<fs::path> BackupFolder::takeOutOld() const {
         if (!error) old.push_back(path);
     }
     return old;
+}
+
+// What a program that was killed had begun to remove.
+std::vector<fs::path> BackupFolder::leftOld() const {
+    std::vector<fs::path> left;
+    std::error_code error;
+    for (fs::directory_iterator entry(m_path, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (endsWith(entry->path(), kOld)) left.push_back(entry->path());
+    }
+    return left;
 }
 
 }  // namespace corvel

@@ -54,6 +54,7 @@ public:
 
 private:
     std::filesystem::path freeName(const std::string& day) const;
+    std::vector<std::filesystem::path> leftOld() const;
 
     std::filesystem::path m_path;
 };

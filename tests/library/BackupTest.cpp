@@ -225,6 +225,17 @@ TEST_F(BackupTest, AKilledProgramLeavesTheOldBackupsAndTheLibrary) {
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 
+TEST_F(BackupTest, WhatAKilledProgramWasRemovingGoesWithTheNextBackup) {
+    library.add("# Note");
+    ASSERT_TRUE(backUp().made);
+    const auto begun = backups().path() / "2026-01-01.old";
+    fs::create_directories(begun / storeFiles::kAttachments);
+    std::ofstream(begun / storeFiles::kStore) << "half removed";
+    ASSERT_TRUE(backUp().made);
+    EXPECT_THAT(leftovers(), IsEmpty());
+    EXPECT_THAT(backups().list(), SizeIs(2));
+}
+
 TEST_F(BackupTest, RefusesWhatIsDamagedNewerOrGone) {
     const Note note = library.add("# Note\n" + std::string(100'000, 'x'));
     const auto made = backUp().made;
