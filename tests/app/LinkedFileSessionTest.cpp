@@ -106,6 +106,18 @@ TEST_F(LinkedFileSessionTest, AChangeIsNoticedInTheTurnOfItsEvent) {
     EXPECT_EQ(buffer, "two") << "without a turn of the loop in between";
 }
 
+TEST_F(LinkedFileSessionTest, EditsThatCameToNothingAreNoOtherVersion) {
+    const auto id = openFile("# A\n");
+    type("x");
+    buffer = "# A\n";
+    session->editor.titleEdited("Own");
+    replace("# B\n");
+    ASSERT_TRUE(turnUntil([&] { return buffer == "# B\n"; }));
+    EXPECT_EQ(session->list.size(), 1U) << "there is nothing to keep beside it";
+    EXPECT_EQ(session->library.notes.fetchNote(id)->title, "Own");
+    EXPECT_FALSE(session->editor.isEdited());
+}
+
 TEST_F(LinkedFileSessionTest, AnEmptiedOrMissingFileMayOnlyBeOnItsWay) {
     openFile("one");
     write("");
@@ -202,6 +214,32 @@ TEST_F(LinkedFileSessionTest, AFullDiskLosesNothingAndIsTriedAgain) {
     session->linkedFile.check();
     EXPECT_EQ(storedText(id), "base\n" + large);
     EXPECT_EQ(fs::file_size(note), 5 + large.size());
+}
+
+TEST_F(LinkedFileSessionTest, AStoreThatRefusesLosesNeitherSideOfAConflict) {
+    FullDisk::makePossible();
+    close();
+    open();
+    const auto id = openFile("base\n");
+    type("mine\n");
+    replace("theirs\n");
+    ASSERT_TRUE(turnsTo(Kind::conflict));
+    ASSERT_TRUE(save());
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk full;
+        EXPECT_FALSE(session->linkedFile.keepBoth(seen()));
+        EXPECT_EQ(state(), Kind::conflict);
+        EXPECT_EQ(buffer, "base\nmine\n");
+        session->linkedFile.takeTheirs(seen());
+    }
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(fileText(), "theirs\n");
+    ASSERT_TRUE(session->finish());
+    close();
+    open();
+    EXPECT_EQ(storedText(id), "theirs\n");
+    EXPECT_EQ(session->list.size(), 2U) << "the copy that was refused at first came, too";
 }
 
 TEST_F(LinkedFileSessionTest, AFileThatMayNotBeWrittenLeavesTheTextInTheStore) {
@@ -385,6 +423,49 @@ TEST_F(LinkedFileSessionTest, AVanishedFileLeavesTheNoteWithThreeWaysOut) {
     EXPECT_EQ(state(), Kind::none);
     EXPECT_FALSE(session->library.notes.fetchNote(id)->bookmarkData);
     EXPECT_EQ(storedText(id), "base\nline\nmore\n");
+}
+
+TEST_F(LinkedFileSessionTest, WritingAgainNeverTakesThePlaceOfAFileThatCameBack) {
+    const auto id = openFile("base\n");
+    fs::remove(note);
+    ASSERT_TRUE(turnsTo(Kind::vanished));
+    type("mine\n");
+    ASSERT_TRUE(save());
+    fs::permissions(files, fs::perms(0555));
+    {
+        const OtherUser user;
+        const auto refusal = session->linkedFile.writeAgain().refusal;
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->fileFault(), FileFault::noPermission);
+    }
+    fs::permissions(files, fs::perms(0755));
+    write("theirs\n");  // its event has not come yet
+    EXPECT_EQ(session->linkedFile.writeAgain().noteID, id);
+    EXPECT_EQ(state(), Kind::conflict);
+    EXPECT_EQ(fileText(), "theirs\n");
+    EXPECT_EQ(storedText(id), "base\nmine\n");
+}
+
+TEST_F(LinkedFileSessionTest, AFileThatIsShownByHandIsTheNotesOnlyIfItHoldsWhatTheNoteKnew) {
+    const auto id = openFile("base\n");
+    fs::remove(note);
+    ASSERT_TRUE(turnsTo(Kind::vanished));
+    ASSERT_TRUE(session->linkedFile.locate(folder.write("other.md", "other\n")).noteID);
+    EXPECT_EQ(state(), Kind::conflict) << "this note is the only one to have its text";
+    EXPECT_EQ(storedText(id), "base\n");
+
+    activate(CommandID::newNote);
+    note = files / "second.md";
+    const auto second = openFile("base\n");
+    fs::remove(note);
+    ASSERT_TRUE(turnsTo(Kind::vanished));
+    type("mine\n");
+    ASSERT_TRUE(save());
+    note = folder.write("copy.md", "base\n");
+    ASSERT_TRUE(session->linkedFile.locate(note).noteID);
+    EXPECT_EQ(state(), Kind::inStep) << "only the note was changed";
+    EXPECT_EQ(fileText(), "base\nmine\n");
+    EXPECT_EQ(storedText(second), "base\nmine\n");
 }
 
 TEST_F(LinkedFileSessionTest, AVanishedFileThatComesBackIsTakenUpAgain) {
