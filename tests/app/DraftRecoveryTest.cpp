@@ -1,4 +1,5 @@
 #include "app/Session.h"
+#include "library/DraftJournal.h"
 #include "support/FileContent.h"
 #include "support/FullDisk.h"
 #include "support/MainLoop.h"
@@ -238,6 +239,104 @@ TEST_F(DraftRecoveryTest, OfADraftWithADamagedEndTheBeginningIsTakenAndTheFileKe
     EXPECT_EQ(run.stored(id), "ab");
     EXPECT_THAT(run.drafts(), IsEmpty());
     EXPECT_TRUE(std::filesystem::exists(draft.string() + ".damaged"));
+}
+
+TEST_F(DraftRecoveryTest, ATitleAloneComesBackToo) {
+    Uuid id;
+    {
+        ProgramRun run(folder.path());
+        id = run.session.list.createNote().value();
+        run.type("# Plan");
+        ASSERT_TRUE(run.session.editor.save());
+        run.session.editor.titleEdited("Own");
+        ASSERT_TRUE(turnUntil([&] { return !run.drafts().empty(); }));
+    }
+    {
+        ProgramRun run(folder.path());
+        ASSERT_THAT(run.recovered, SizeIs(1));
+        EXPECT_EQ(run.recovered[0].title, "Own");
+        EXPECT_EQ(run.session.library.notes.fetchNote(id)->title, "Own");
+        run.type(" for today");  // the text no longer leads the title
+        ASSERT_TRUE(turnUntil([&] { return !run.drafts().empty(); }));
+    }
+    ProgramRun run(folder.path());
+    EXPECT_EQ(run.session.library.notes.fetchNote(id)->title, "Own");
+    EXPECT_EQ(run.stored(id), "# Plan for today");
+}
+
+// A store that refused for several runs leaves several drafts of one note.
+TEST_F(DraftRecoveryTest, DraftsOfOneNoteAreTakenInTheOrderTheyWereWritten) {
+    const Uuid id = crashAfterTyping("0", "");
+    std::filesystem::remove_all(draftFolder());
+    std::string text = "0";
+    for (int i = 1; i <= 9; ++i) {
+        DraftJournal journal(draftFolder());
+        journal.add({text.size(), 0, std::to_string(i)});
+        journal.flush(id, text, {});
+        text += std::to_string(i);
+        const auto age = std::chrono::minutes(10 - i);
+        for (const auto& draft : draftsIn(draftFolder())) {
+            if (readDraft(draft)->text == text)
+                std::filesystem::last_write_time(
+                    draft, std::filesystem::file_time_type::clock::now() - age);
+        }
+    }
+    ProgramRun run(folder.path());
+    EXPECT_EQ(run.stored(id), text);
+    EXPECT_EQ(run.session.list.size(), 1U);
+}
+
+TEST_F(DraftRecoveryTest, AStoredTextThatIsNoTextIsKnownAgain) {
+    const Uuid id = crashAfterTyping("a", "");
+    {
+        ProgramRun run(folder.path());
+        Note note = run.session.library.notes.fetchNote(id).value();
+        note.content = "a\xFFz";
+        run.session.library.notes.update(note);
+    }
+    DraftJournal journal(draftFolder());
+    journal.add({3, 0, "!"});
+    journal.flush(id, "a\xFFz", {});
+    ProgramRun run(folder.path());
+    EXPECT_EQ(run.stored(id), "a\xEF\xBF\xBDz!");
+    EXPECT_EQ(run.session.list.size(), 1U);
+}
+
+TEST_F(DraftRecoveryTest, WordsOfAChangedNoteComeBackWhereItLiesAndOnlyIfThereAreAny) {
+    Uuid id;
+    {
+        ProgramRun run(folder.path());
+        auto& library = run.session.library;
+        const auto shelf = library.folders.createFolder("Shelf", {}).id;
+        id = run.session.list.createNote().value();
+        library.folders.addNoteToFolder(id, shelf);
+        run.type("# Plan");
+        ASSERT_TRUE(run.session.editor.save());
+        run.session.editor.titleEdited("Own");
+        ASSERT_TRUE(turnUntil([&] { return !run.drafts().empty(); }));
+        std::filesystem::copy(run.drafts().at(0), folder.path() / "title.draft");
+        run.type(" mine");
+        run.session.editor.titleEdited("");
+        ASSERT_TRUE(turnUntil([&] { return readDraft(run.drafts().at(0))->text != "# Plan"; }));
+        std::filesystem::copy(run.drafts().at(0), folder.path() / "text.draft");
+    }
+    std::filesystem::remove_all(draftFolder());
+    {
+        ProgramRun run(folder.path());
+        Note note = run.session.library.notes.fetchNote(id).value();
+        note.content = "# Plan of others";
+        run.session.library.notes.update(note);
+    }
+    std::filesystem::create_directory(draftFolder());
+    std::filesystem::rename(folder.path() / "title.draft", draftFolder() / "title.draft");
+    std::filesystem::rename(folder.path() / "text.draft", draftFolder() / "text.draft");
+    ProgramRun run(folder.path());
+    ASSERT_THAT(run.recovered, SizeIs(1)) << "a title without words is no note";
+    const auto copy = run.session.library.notes.fetchNote(run.recovered[0].id).value();
+    EXPECT_EQ(copy.content, "# Plan mine");
+    EXPECT_EQ(copy.title, "Plan mine (odzyskane)");
+    EXPECT_EQ(copy.folderIDs, run.session.library.notes.fetchNote(id)->folderIDs);
+    EXPECT_FALSE(copy.folderIDs.empty());
 }
 
 TEST_F(DraftRecoveryTest, AChangeElsewhereWhileTypingLosesNeitherText) {

@@ -1,6 +1,8 @@
 #include "library/DraftFile.h"
 #include "library/DraftJournal.h"
 #include "library/EditedText.h"
+#include "platform/Text.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 
 #include <glibmm/ustring.h>
@@ -119,6 +121,63 @@ TEST_F(DraftTest, ADiskThatTakesNothingIsLoggedOnceAndTriedAgain) {
     std::filesystem::remove(folder());
     flush();
     EXPECT_EQ(readDraft(files().at(0))->text, base + "!") << "what was typed meanwhile is not lost";
+}
+
+// As on a disk that runs full in the middle of a record.
+TEST_F(DraftTest, ATornRecordDoesNotStandBeforeWhatIsTypedLater) {
+    journal.add({6, 0, "!"});
+    flush();
+    journal.add({7, 0, std::string(50'000, 'x')});
+    testing::internal::CaptureStdout();
+    {
+        const FileSizeLimit full(20'000);
+        flush();
+        EXPECT_TRUE(journal.isBehind());
+        EXPECT_EQ(readDraft(files().at(0))->text, base + "!");
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::HasSubstr("Error writing draft"));
+    journal.add({0, 1, "Z"});
+    flush();
+    EXPECT_FALSE(journal.isBehind());
+    const auto draft = readDraft(files().at(0)).value();
+    EXPECT_EQ(draft.text, "Zażółć!" + std::string(50'000, 'x'));
+    EXPECT_FALSE(draft.isDamaged);
+}
+
+TEST_F(DraftTest, AStoredTextThatIsNoTextIsTheOneThatTheEditsWereMadeTo) {
+    base = std::string("a\xFF\0z", 4);
+    const std::string shown = text::repaired(base);
+    journal.add({text::characterCount(shown), 0, "!"});
+    flush();
+    const auto draft = readDraft(files().at(0)).value();
+    EXPECT_EQ(draft.base, shown);
+    EXPECT_EQ(draft.text, shown + "!");
+}
+
+// Typing, deleting and pasting, with whole texts in between, written at any moment.
+TEST_F(DraftTest, HoldsWhatWasTypedHoweverItWasWritten) {
+    std::mt19937 random(11);
+    const auto below = [&random](std::size_t end) { return random() % end; };
+    EditedText typed(base);
+    std::size_t cursor = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const std::size_t length = text::characterCount(typed.text());
+        if (below(3) == 0) cursor = below(length + 1);
+        cursor = std::min(cursor, length);
+        const TextEdit edit{cursor, below(std::min<std::size_t>(3, length - cursor + 1)),
+                            std::vector<std::string>{"", "ż", "ab"}[below(3)]};
+        ASSERT_TRUE(typed.apply(edit));
+        cursor += text::characterCount(edit.inserted);
+        wholeText = typed.text();
+        if (below(20) == 0) {
+            journal.addWholeText();
+        } else {
+            journal.add(edit);
+        }
+        if (below(4) != 0) continue;
+        flush();
+        ASSERT_EQ(readDraft(files().at(0))->text, typed.text()) << "after " << i;
+    }
 }
 
 TEST(EditedText, GivesWhatEditingCodePointsGives) {
