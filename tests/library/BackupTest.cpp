@@ -139,6 +139,26 @@ TEST_F(BackupTest, HoldsWhatIsWrittenWhileItIsMade) {
     EXPECT_TRUE(fs::exists(result->made->attachments() / image->toString()));
 }
 
+TEST_F(BackupTest, HoldsTheAttachmentsOfWhatIsDeletedAsItEnds) {
+    const Note note = library.add("# Note");
+    const auto image = attach(note, std::string(kLarge, 'i'));
+    // What is no file of ours holds nothing up.
+    fs::create_directories(library.controller().attachmentFiles().folder() / "lost+found" / "x");
+    BackupJob job(library.controller(), kChecker);
+    std::optional<BackupOutcome> result;
+    job.start(
+        BackupKind::daily,
+        [&](double fraction) {
+            if (fraction >= 1.0) library->notes.deletePermanently(note.id);
+        },
+        [&](const BackupOutcome& outcome) { result = outcome; });
+    ASSERT_TRUE(turnUntil([&] { return result.has_value(); }));
+    ASSERT_TRUE(result->made) << result->detail;
+    ASSERT_EQ(restore(*result->made), std::nullopt);
+    EXPECT_EQ(library->attachments.fetchAttachment(image).value().data.size(), kLarge);
+    EXPECT_EQ(library.stored(note.id).content, note.content);
+}
+
 TEST_F(BackupTest, WaitsForATransactionToEnd) {
     library.add("# Note");
     BackupJob job(library.controller(), kChecker);
@@ -315,14 +335,15 @@ TEST_F(BackupTest, ALibraryThatNeverRestsIsNotReplaced) {
     const auto made = backUp().made;
     ASSERT_TRUE(made);
     int saves = 0;
-    const auto fault = restore(*made, [&] {
+    const auto fault = prepare(*made, [&] {
         library.add("# Typed " + std::to_string(++saves));
         return true;
     });
     EXPECT_EQ(fault, RestoreFault::changed);
     EXPECT_GT(saves, 1);
-    EXPECT_THAT(titles(), SizeIs(saves + 1));
     EXPECT_FALSE(fs::exists(pendingRestore::preparing(library.folder())));
+    library.reopen();
+    EXPECT_THAT(titles(), SizeIs(saves + 1));
 }
 
 // Where nothing can be linked to, as on other file systems than ours, files are copied.
