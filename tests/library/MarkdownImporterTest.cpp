@@ -269,6 +269,7 @@ TEST_F(MarkdownImporterTest, AFullDiskLeavesNothingHalfImported) {
         EXPECT_EQ(report.skipped[0].reason, ImportFault::storeFailed);
     }
     EXPECT_THAT(titles(), IsEmpty());
+    EXPECT_TRUE(fs::is_empty(library.folder() / "qnoCorvel_files"));
     library->folders.createFolder("a later save", {});
     EXPECT_THAT(titles(), IsEmpty());
     EXPECT_EQ(import({disk.path() / "in"}).imported, 2U);
@@ -292,6 +293,18 @@ TEST_F(MarkdownImporterTest, AFileThatTheStoreRefusesSpoilsNoOther) {
     EXPECT_EQ(notes().size(), 100U);
     library.reopen();
     EXPECT_EQ(notes().size(), 100U);
+}
+
+// A file that was copied in the folder by hand says it is the same note.
+TEST_F(MarkdownImporterTest, TwoFilesOfOneIdAreTwoNotes) {
+    const std::string block = "---\ncorvel: 1\nid: \"0F8FAD5B-D9CB-469F-A165-70867728950E\"\n---\n";
+    disk.write("in/1.md", block + "# One");
+    disk.write("in/2.md", block + "# Two");
+    EXPECT_EQ(import({disk.path() / "in"}).imported, 2U);
+    EXPECT_THAT(titles(), ElementsAre("One", "Two"));
+    const auto again = import({disk.path() / "in"});
+    EXPECT_EQ(again.unchanged + again.imported, 2U);
+    EXPECT_GE(again.unchanged, 1U);
 }
 
 TEST_F(MarkdownImporterTest, WhatIsSavedMeanwhileStaysWhenTheImportIsGivenUp) {

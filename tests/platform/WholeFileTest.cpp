@@ -169,6 +169,9 @@ TEST_F(WholeFileTest, OverwritesNothingThatItDidNotExpect) {
     folder.write("note.md", "theirs");
     EXPECT_EQ(faultOf([&] { writeWholeFile(note, "mine", known); }), FileFault::changed);
     EXPECT_EQ(bytesOf(note), "theirs");
+    fs::create_hard_link(note, folder.path() / "other.md");  // would be written in place
+    EXPECT_EQ(faultOf([&] { writeWholeFile(note, "mine", known); }), FileFault::changed);
+    EXPECT_EQ(bytesOf(note), "theirs");
     fs::remove(note);
     EXPECT_EQ(faultOf([&] { writeWholeFile(note, "mine", known); }), FileFault::missing);
     EXPECT_FALSE(fs::exists(note));
