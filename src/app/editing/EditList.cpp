@@ -17,9 +17,12 @@ void EditList::replace(std::size_t begin, std::size_t end, std::string text) {
     m_changes.push_back({{begin, end}, std::move(text)});
 }
 
+// What is inserted where something else is removed stands before it.
 std::vector<EditList::Change> EditList::inOrder() const {
     auto changes = m_changes;
-    std::ranges::stable_sort(changes, {}, [](const Change& change) { return change.range.begin; });
+    std::ranges::stable_sort(changes, {}, [](const Change& change) {
+        return std::pair(change.range.begin, change.range.end);
+    });
     return changes;
 }
 

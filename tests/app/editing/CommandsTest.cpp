@@ -75,6 +75,12 @@ TEST(Emphasis, MergesAndSplitsMarkedRuns) {
     EXPECT_EQ(bold("a ^b **c| d**"), "a **^b c| d**");
 }
 
+TEST(Emphasis, OfARunThatIsMarkedInPartBeginsWhereThatRunBegan) {
+    EXPECT_EQ(italic("*a^b* cd|"), "*a^b cd|*");
+    EXPECT_EQ(bold("**a^b** c **d|e** f"), "**a^b c d|e** f");
+    EXPECT_EQ(italic("^ab *c|d*"), "*^ab c|d*");
+}
+
 TEST(BlockCommands, HeadingsGoThroughTheirLevels) {
     EXPECT_EQ(heading("Ti|tle"), "# Ti|tle");
     EXPECT_EQ(heading("# Ti|tle"), "## Ti|tle");
