@@ -125,6 +125,11 @@ void removeLine(EditList& edits, std::string_view text, const TextRange& line) {
 TextEdit unfenced(std::string_view text, const Selection& selection, bool isInFence) {
     const auto fences = fencesAround(text, selection, isInFence);
     EditList edits;
+    if (fences.closing && fences.closing->begin == fences.opening->end + 1) {
+        // Nothing between them: the line end is one that both would take.
+        removeLine(edits, text, {fences.opening->begin, fences.closing->end});
+        return edits.toEdit(text, selection);
+    }
     if (fences.opening) removeLine(edits, text, *fences.opening);
     if (fences.closing) removeLine(edits, text, *fences.closing);
     return editOf(edits, text, selection);

@@ -110,6 +110,12 @@ TEST(BlockCommands, CodeIsFencedByMoreMarksThanItHolds) {
     EXPECT_EQ(code("```\na\n```|", true), "a|") << "at its last fence";
 }
 
+TEST(BlockCommands, AnEmptyCodeBlockGoesWhole) {
+    EXPECT_EQ(code("```|\n```"), "|");
+    EXPECT_EQ(code("a\n```|\n```"), "a|");
+    EXPECT_EQ(code("```|\n```\nb"), "|b");
+}
+
 TEST(BlockCommands, LinksTakeWordsOrAddress) {
     EXPECT_EQ(link("a ^nice word| b"), "a [nice word](|) b");
     EXPECT_EQ(link("wo|rd"), "[word](|)");
