@@ -350,6 +350,7 @@ TEST_F(DraftRecoveryTest, AChangeElsewhereWhileTypingLosesNeitherText) {
         run.type("# Plan");
         ASSERT_TRUE(run.session.editor.save());
         run.type(" mine");
+        ASSERT_TRUE(turnUntil([&] { return !run.drafts().empty(); }));
         Note note = run.session.library.notes.fetchNote(id).value();
         note.content = "# Plan theirs";
         run.session.library.notes.update(note);

@@ -521,6 +521,7 @@ TEST_F(LinkedFileSessionTest, TrackingThatIsStoppedLeavesFileAndNoteAlone) {
     EXPECT_EQ(storedText(id), "base\nmore\n");
     EXPECT_EQ(fileText(), "base\n");
     EXPECT_FALSE(session->library.notes.fetchNote(id)->sourceFilePath);
+    EXPECT_FALSE(session->library.notes.fetchNote(id)->bookmarkData);
 }
 
 TEST_F(LinkedFileSessionTest, AnUpgradedNoteWritesOnToItsNewFile) {

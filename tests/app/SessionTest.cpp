@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace corvel {
 namespace {
 
@@ -97,6 +99,61 @@ TEST_F(SessionTest, ASaveNeverUndoesWhatWasDoneToTheNoteMeanwhile) {
     EXPECT_EQ(stored->content, "text and more");
     session->list.deletePermanently({id});
     EXPECT_FALSE(session->editor.note().has_value());
+}
+
+TEST_F(SessionTest, FoldersOfANoteThatIsBeingWrittenAreThoseThatWereChosen) {
+    session->preferences.setAutoSaveInterval(60);
+    auto& folders = session->library.folders;
+    const Uuid one = folders.createFolder("One", {}).id;
+    const Uuid two = folders.createFolder("Two", {}).id;
+    activate(CommandID::newNote);
+    const Uuid id = selected();
+    const auto foldersAfterSave = [&] {
+        type("x");
+        EXPECT_TRUE(session->editor.save());
+        auto ids = session->library.notes.fetchNote(id)->folderIDs;
+        std::ranges::sort(ids);
+        return ids;
+    };
+    type("text");
+    session->list.addToFolder({id}, one);
+    type(" and");
+    session->list.addToFolder({id}, two);
+    EXPECT_THAT(foldersAfterSave(), testing::UnorderedElementsAre(one, two));
+    type(" more");
+    session->list.removeFromFolder({id}, one);
+    EXPECT_THAT(foldersAfterSave(), ElementsAre(two));
+    type(" yet");
+    session->list.removeFromAllFolders({id});
+    EXPECT_THAT(foldersAfterSave(), testing::IsEmpty());
+    EXPECT_EQ(storedText(id), "text andx morex yetx");
+}
+
+TEST_F(SessionTest, ATitleAloneIsSaved) {
+    activate(CommandID::newNote);
+    type("# Plan");
+    ASSERT_TRUE(session->editor.save());
+    session->editor.titleEdited("Own");
+    ASSERT_TRUE(session->editor.save());
+    EXPECT_EQ(session->library.notes.fetchNote(selected())->title, "Own");
+}
+
+TEST_F(SessionTest, OnlyANoteThatWasNeverWrittenGoesByItself) {
+    activate(CommandID::newNote);
+    const Uuid emptied = selected();
+    type("text");
+    ASSERT_TRUE(session->editor.save());
+    buffer.clear();
+    session->editor.contentEdited();
+    ASSERT_TRUE(session->editor.save());
+    const auto file = folder.write("empty.md", "");
+    const Uuid linked = session->list.createLocalFileNote(file).noteID.value();
+    session->state.selectedNoteID.set(linked);
+    activate(CommandID::newNote);
+    activate(CommandID::newNote);
+    EXPECT_EQ(storedText(emptied), "");
+    EXPECT_TRUE(session->library.notes.fetchNote(linked));
+    EXPECT_EQ(session->list.size(), 3U) << "of the two new notes the open one is left";
 }
 
 TEST_F(SessionTest, ARefusedSaveKeepsTheNoteOpenAndTriesAgain) {
