@@ -211,6 +211,20 @@ TEST(SearchIndex, TidyingChangesNoAnswer) {
     EXPECT_EQ(all(*index.search("4!"), 1000, 1s), plain.find("4!"));
 }
 
+TEST(SearchIndex, WhatIsBeingTidiedAwayIsNotFound) {
+    TestLibrary library;
+    auto& index = library->searchIndex;
+    std::vector<Note> notes;
+    for (int i = 0; i < 300; ++i)
+        notes.push_back(library.add("old " + std::to_string(i)));
+    fill(index);
+    for (const auto& note : notes)
+        index.noteRemoved(library->listing.rowOf(note.id).value());
+    do {
+        EXPECT_THAT(all(*index.search("old"), 1000, 1s), IsEmpty());
+    } while (index.work(0ms));
+}
+
 TEST(SearchIndex, ReadsALargeNoteInPieces) {
     TestLibrary library;
     std::string content = "# Large\n";
