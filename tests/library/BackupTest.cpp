@@ -17,6 +17,7 @@
 
 #include <csignal>
 #include <fstream>
+#include <iomanip>
 #include <memory>
 
 namespace corvel {
@@ -375,7 +376,7 @@ TEST_F(BackupTest, ADiskWithLittleRoomTakesNoBackupAndNoRestoration) {
     if (!volume.isMounted()) GTEST_SKIP() << "needs root";
     const auto made = backUp().made;
     ASSERT_TRUE(made);
-    std::ofstream(backups().path() / "filler") << std::string(9'000'000, 'x');
+    std::ofstream(backups().path() / "filler") << std::setfill('x') << std::setw(9'000'000) << "";
     EXPECT_EQ(backUp().fault, BackupFault::diskFull);
     EXPECT_EQ(restore(*made), RestoreFault::diskFull) << "the present one could not be kept";
     EXPECT_THAT(leftovers(), IsEmpty());
