@@ -257,6 +257,34 @@ TEST_F(BackupTest, WhatAKilledProgramWasRemovingGoesWithTheNextBackup) {
     EXPECT_THAT(backups().list(), SizeIs(2));
 }
 
+TEST_F(BackupTest, ListsOnlyWhatIsABackup) {
+    library.add("# Note");
+    const auto made = backUp().made;
+    ASSERT_TRUE(made);
+    const std::string good =
+        R"({"kind":"daily","day":"2999-01-01","made":1,"number":9,"notes":1,"bytes":1})";
+    const auto put = [&](const std::string& name, const std::string& info) {
+        fs::create_directory(backups().path() / name);
+        std::ofstream(backups().path() / name / "backup.json") << info;
+        std::ofstream(backups().path() / name / storeFiles::kStore) << "x";
+    };
+    put("list", "[]");
+    put("text", "\xFF{");
+    put("kind", R"({"kind":"weekly","day":"2999-01-01","made":1,"number":9,"notes":1,"bytes":1})");
+    put("number",
+        R"({"kind":"daily","day":"2999-01-01","made":1,"number":"9","notes":1,"bytes":1})");
+    put("nothing", R"({"kind":"daily"})");
+    put("begun.partial", good);
+    put("goes.old", good);
+    put("no store", good);
+    fs::remove(backups().path() / "no store" / storeFiles::kStore);
+    std::ofstream(backups().path() / "a file") << good;
+    EXPECT_THAT(backups().list(), ElementsAre(*made));
+    EXPECT_TRUE(backUp().made);
+    put("good", good);
+    EXPECT_THAT(backups().list(), SizeIs(3));
+}
+
 TEST_F(BackupTest, RefusesWhatIsDamagedNewerOrGone) {
     const Note note = library.add("# Note\n" + std::string(100'000, 'x'));
     const auto made = backUp().made;

@@ -162,7 +162,8 @@ TEST_F(DraftTest, HoldsWhatWasTypedHoweverItWasWritten) {
     std::size_t cursor = 0;
     for (int i = 0; i < 2000; ++i) {
         const std::size_t length = text::characterCount(typed.text());
-        if (below(3) == 0) cursor = below(length + 1);
+        if (below(9) == 0) cursor = below(length + 1);
+        if (below(3) == 0) cursor -= std::min(cursor, below(3));
         cursor = std::min(cursor, length);
         const TextEdit edit{cursor, below(std::min<std::size_t>(3, length - cursor + 1)),
                             std::vector<std::string>{"", "ż", "ab"}[below(3)]};
