@@ -428,6 +428,27 @@ TEST_F(LibraryExporterTest, NamesAttachmentsThatAreLost) {
     fs::remove(library.controller().attachmentFiles().pathOf(id));
     EXPECT_THAT(exportTo(disk.path() / "out").missingAttachments, ElementsAre("large.bin"));
     EXPECT_NE(contentOf(disk.path() / "out/Note.md").find(note.content), std::string::npos);
+
+    // There, but on a bad place of the disk: the other files come all the same.
+    attach(note, "fine.bin", std::string(kLarge, 'F'));
+    const auto bad = attach(note, "bad.bin", std::string(kLarge, 'B'));
+    fs::remove(library.controller().attachmentFiles().pathOf(bad));
+    fs::create_symlink("/proc/self/mem", library.controller().attachmentFiles().pathOf(bad));
+    EXPECT_THAT(exportTo(disk.path() / "again").missingAttachments,
+                UnorderedElementsAre("large.bin", "bad.bin"));
+    EXPECT_THAT(entriesOf(disk.path() / "again/_attachments"), ElementsAre("fine.bin"));
+    EXPECT_EQ(fs::file_size(disk.path() / "again/_attachments/fine.bin"), kLarge);
+}
+
+TEST_F(LibraryExporterTest, ADiskThatIsFullBeforeAnAttachmentIsCopiedKeepsNothing) {
+    const Note note = add("Note", "text");
+    attach(note, "large.bin", std::string(2 * kLarge, 'L'));
+    const auto drive = disk.path() / "drive";
+    fs::create_directory(drive);
+    const Mount mount = Mount::ofSize(drive, "400k");
+    if (!mount.isMounted()) GTEST_SKIP() << "needs root";
+    EXPECT_EQ(exportTo(drive / "out").fault, LibraryExportFault::diskFull);
+    EXPECT_THAT(entriesOf(drive), IsEmpty());
 }
 
 }  // namespace corvel
