@@ -58,6 +58,31 @@ TEST_F(BackupKeeperTest, TellsOfARestorationBeforeAnythingElseCanHappen) {
     EXPECT_FALSE(keeper.restoreFault());
 }
 
+TEST_F(BackupKeeperTest, ARestorationThatFailsSaysSoAndLetsTheNextOneBegin) {
+    library.add("# Old");
+    keeper.backUpNow();
+    ASSERT_TRUE(isIdleSoon());
+    const auto backup = keeper.list().at(0);
+    const auto bytes = std::filesystem::file_size(backup.store());
+    const auto kept = backup.folder.string() + ".kept";
+    std::filesystem::copy_file(backup.store(), kept);
+    std::filesystem::resize_file(backup.store(), bytes / 2);
+    bool isRestored = false;
+    keeper.signalRestored().connect([&] { isRestored = true; });
+    testing::internal::CaptureStdout();
+    keeper.restore(backup);
+    ASSERT_TRUE(isIdleSoon());
+    EXPECT_TRUE(testing::internal::GetCapturedStdout().starts_with("Error restoring backup: "));
+    EXPECT_EQ(keeper.restoreFault(), RestoreFault::damaged);
+    EXPECT_FALSE(isRestored);
+
+    std::filesystem::copy_file(kept, backup.store(),
+                               std::filesystem::copy_options::overwrite_existing);
+    keeper.restore(backup);
+    EXPECT_FALSE(keeper.restoreFault());
+    EXPECT_TRUE(turnUntil([&] { return isRestored; }));
+}
+
 TEST_F(BackupKeeperTest, ACancelledRestorationLeavesTheLibraryAsItIs) {
     library.add("# Old");
     keeper.backUpNow();

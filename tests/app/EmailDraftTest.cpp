@@ -1,5 +1,6 @@
 #include "app/EmailDraft.h"
 #include "support/FileContent.h"
+#include "support/FileSizeLimit.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "themes/BuiltInThemes.h"
@@ -49,6 +50,28 @@ TEST(EmailDraft, WritesAPrivateFileAndSweepsThoseOfEarlierDays) {
     draft.sweep();
     EXPECT_FALSE(fs::exists(old));
     EXPECT_TRUE(fs::exists(other) && fs::exists(*written));
+}
+
+TEST(EmailDraft, ADiskWithoutRoomLeavesNoPartOfAMessage) {
+    const TemporaryFolder folder;
+    const MarkdownParserService parser;
+    EmailDraft draft(parser, folder.path() / "messages");
+    Note note;
+    note.content = std::string(50'000, 'x');
+    bool isAnswered = false;
+    std::optional<std::filesystem::path> written;
+    testing::internal::CaptureStdout();
+    {
+        const FileSizeLimit full(20'000);
+        draft.write(note, "Subject", themes::builtInLight(), [&](const auto& file) {
+            written = file;
+            isAnswered = true;
+        });
+        EXPECT_TRUE(turnUntil([&] { return isAnswered; }));
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("Error writing message: "));
+    EXPECT_FALSE(written);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "messages"));
 }
 
 }  // namespace
