@@ -40,6 +40,7 @@ TEST(ListEditing, CountsOnInOrderedLists) {
               "1) a\n2) |\n3) b\n   - c\n\n4) d\n\ntext\n4) e");
     EXPECT_EQ(enter("1. a|\n1. b"), "1. a\n1. |\n1. b") << "numbered by the page";
     EXPECT_EQ(enter("1. a|\n5. b"), "1. a\n2. |\n5. b") << "not of one count";
+    EXPECT_EQ(enter("1. a^b\n2. c|d\n3. e"), "1. a\n2. |d\n3. e") << "one went, one came";
 }
 
 TEST(ListEditing, EndsOnAnEmptyItem) {
@@ -63,6 +64,7 @@ TEST(ListEditing, MovesItemsBelowTheOneBeforeAndOutAgain) {
     EXPECT_EQ(shiftTab("1. a\n   1. b|"), "1. a\n2. b|");
     EXPECT_EQ(shiftTab("- a\n  - b\n    - |"), "- a\n  - b\n  - |");
     EXPECT_EQ(shiftTab("- a|"), "- a|");
+    EXPECT_EQ(shiftTab("- a\n  - ^b\nword\n c|"), "- a\n- ^b\nword\nc|") << "no word goes";
     EXPECT_EQ(shiftTab("- a\n  - ^b\n  - c\n|- d"), "- a\n- ^b\n- c\n|- d");
 }
 
