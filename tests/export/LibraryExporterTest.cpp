@@ -210,6 +210,9 @@ TEST(PortableNames, AreWhatEverySystemTakes) {
         EXPECT_LT(name.size(), 200U);
         EXPECT_TRUE(name.ends_with(".md"));
     }
+    EXPECT_EQ(names.next("Plan 2", ".md"), "Plan 2.md");
+    EXPECT_EQ(names.next("Plan", ".md"), "Plan.md");
+    EXPECT_EQ(names.next("plan", ".md"), "plan 3.md") << "what is given is nobody else's";
 }
 
 TEST_F(LibraryExporterTest, GivesBackTheSameLibrary) {
@@ -234,6 +237,21 @@ TEST_F(LibraryExporterTest, GivesBackTheSameLibrary) {
     EXPECT_EQ(again.imported, 0U);
     EXPECT_EQ(again.unchanged, 16U);
     EXPECT_EQ(Picture(*other, true).folders, before.folders);
+}
+
+// No path may grow beyond what a system takes.
+TEST_F(LibraryExporterTest, GivesBackFoldersHoweverDeepTheyLie) {
+    std::optional<Uuid> deepest;
+    for (int i = 0; i < 40; ++i)
+        deepest =
+            library->folders.createFolder(std::string(170, 'n') + std::to_string(i), deepest).id;
+    add("Deep", "down", {*deepest});
+    const auto report = exportTo(disk.path() / "out");
+    EXPECT_FALSE(report.fault) << report.detail;
+    TestLibrary other;
+    EXPECT_EQ(import(other, disk.path() / "out").imported, 1U);
+    EXPECT_EQ(Picture(*other, true).folders, Picture(*library, true).folders);
+    EXPECT_EQ(Picture(*other, true).notes, Picture(*library, true).notes);
 }
 
 TEST_F(LibraryExporterTest, ComesBackBesideNotesThatWereChangedSince) {
