@@ -76,6 +76,10 @@ TEST_F(DraftTest, KeepsEditsTitleAndWholeTextsInTheirOrder) {
     journal.add({1, 0, "c"});
     flush();
     EXPECT_EQ(readDraft(files().at(0))->text, "bc");
+    for (const TextEdit& edit : {TextEdit{0, 0, "xy"}, {2, 0, "z"}, {2, 0, "before z "}})
+        journal.add(edit);
+    flush();
+    EXPECT_EQ(readDraft(files().at(0))->text, "xybefore z zbc");
 }
 
 TEST_F(DraftTest, AFileCutOrChangedAnywhereGivesAStateThatWasTypedOrNothing) {
