@@ -181,6 +181,8 @@ void NoteRepository::deletePermanently(const Uuid& id) {
         if (const auto row = noteWriter::rowOf(database, id)) noteWriter::remove(database, *row);
     };
     applyAndSave(change, {}, NoteChange::Kind::deleted, id, nullptr);
+    // In a group the row may still come back; the next start sweeps what no row names.
+    if (m_context.hasChanges()) return;
     for (const Uuid& file : files) {
         m_controller.attachmentFiles().remove(file);
     }

@@ -251,5 +251,26 @@ TEST_F(NoteListViewModelTest, ASearchBegunAnewKeepsItsHitsUntilItHasThemAgain) {
     EXPECT_EQ(list.positionOf(hit.id), 1U);
 }
 
+TEST(NoteList, NotesThatAFullDiskBringsBackHaveTheirAttachments) {
+    FullDisk::makePossible();
+    TestLibrary library;
+    NotificationCenter notifications;
+    NoteListViewModel list(*library, notifications);
+    const Note one = library.add("# One");
+    const Note two = library.add("# Two");
+    const Uuid image = Uuid::random();
+    library->attachments.create(
+        {image, "a.png", "image/png", std::vector<std::uint8_t>(200'000), {}}, one.id);
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk full;
+        list.deletePermanently({one.id, two.id});
+    }
+    testing::internal::GetCapturedStdout();
+    library.reopen();
+    ASSERT_TRUE(library->notes.fetchNote(one.id)) << "the program ended before it could be saved";
+    EXPECT_EQ(library->attachments.fetchAttachment(image)->data.size(), 200'000U);
+}
+
 }  // namespace
 }  // namespace corvel
