@@ -5,7 +5,7 @@
 #include "markdown/PreviewPage.h"
 #include "platform/Text.h"
 #include "themes/Color.h"
-#include "themes/ControlColors.h"
+#include "themes/ScreenRules.h"
 #include "themes/ThemeStylesheet.h"
 #include "ui/Accessible.h"
 #include "ui/ToolkitLanguage.h"
@@ -162,7 +162,7 @@ void PreviewView::showRendered(RenderOutcome outcome) {
         body = MarkdownParserService::markRemoteImages(std::move(body), m_room->imageKey());
     }
     const Theme& theme = m_session.themes.currentTheme();
-    m_coordinator->show(generateCSS(theme) + controlColors(theme) + m_style.extraCss,
+    m_coordinator->show(generateCSS(theme) + screenRules(theme) + m_style.extraCss,
                         std::move(body), std::exchange(m_place, std::nullopt));
 }
 

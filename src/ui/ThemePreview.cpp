@@ -4,7 +4,7 @@
 #include "markdown/MarkdownParserService.h"
 #include "markdown/PreviewPage.h"
 #include "themes/Color.h"
-#include "themes/ControlColors.h"
+#include "themes/ScreenRules.h"
 #include "themes/ThemeStylesheet.h"
 #include "ui/Accessible.h"
 
@@ -61,7 +61,7 @@ void ThemePreview::render() {
     Gdk::RGBA background;
     background.set(hexString(colorFromHex(m_theme->colors.background)));
     m_view->setBackground(background);
-    m_coordinator->show(generateCSS(*m_theme) + controlColors(*m_theme),
+    m_coordinator->show(generateCSS(*m_theme) + screenRules(*m_theme),
                         MarkdownParserService::renderBody(m_texts(texts::themeSampleNote)));
 }
 

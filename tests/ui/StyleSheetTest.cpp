@@ -1,5 +1,6 @@
 #include "themes/BuiltInThemes.h"
 #include "themes/Color.h"
+#include "themes/ScreenRules.h"
 #include "ui/StyleSheet.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <gtkmm/init.h>
 
 #include <string>
+#include <string_view>
 
 namespace corvel {
 namespace {
@@ -51,6 +53,19 @@ protected:
 
     Rules rules{*GetParam()};
 };
+
+TEST_P(Contrast, OfABoxInAPageIsEnoughToSeeIt) {
+    constexpr double kVisible = 3;
+    const std::string css = screenRules(*GetParam());
+    const std::string_view property = "opacity: ";
+    const auto at = css.find(property);
+    ASSERT_NE(at, std::string::npos);
+    const double opacity = std::stod(css.substr(at + property.size()));
+    const auto& colors = GetParam()->colors;
+    const Color page = colorFromHex(colors.background);
+    for (const auto& text : {colors.foreground, colors.blockquoteText})
+        EXPECT_GE(contrast(mixed(colorFromHex(text), page, opacity), page), kVisible) << text;
+}
 
 TEST_P(Contrast, OfEveryTextOnItsPaneIsEnough) {
     const Color text = rules.color("window_fg_color");
