@@ -13,6 +13,7 @@ namespace corvel {
 namespace {
 
 constexpr const char* kPrefix = "text";
+constexpr int kBelowUnderline = 4;
 
 }  // namespace
 
@@ -91,7 +92,23 @@ void EditorMenu::open(const GtkTextIter& position, const Gdk::Rectangle& at) {
     const auto menu = Gio::Menu::create();
     if (m_mistake) addSpelling(*menu);
     addEditing(*menu);
-    m_popover.popup(menu, kPrefix, m_actions, m_view, at);
+    m_popover.popup(menu, kPrefix, m_actions, m_view, m_mistake ? placeOfMistake(position) : at);
+}
+
+// The part of the word that stands in the line of `position`, so that the menu leaves it in sight.
+Gdk::Rectangle EditorMenu::placeOfMistake(const GtkTextIter& position) {
+    auto* view = m_view.gobj();
+    GdkRectangle place;
+    GdkRectangle start;
+    gtk_text_view_get_iter_location(view, &position, &place);
+    auto begin = position;
+    gtk_text_iter_set_offset(&begin, m_mistake->begin);
+    gtk_text_view_get_iter_location(view, &begin, &start);
+    if (start.y == place.y) place.x = start.x;
+    int x = 0;
+    int y = 0;
+    gtk_text_view_buffer_to_window_coords(view, GTK_TEXT_WINDOW_WIDGET, place.x, place.y, &x, &y);
+    return {x, y, 1, place.height + kBelowUnderline};
 }
 
 void EditorMenu::add(Gio::Menu& menu,

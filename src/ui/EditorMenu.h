@@ -33,6 +33,7 @@ private:
     void addKeys();
     void openAtCursor();
     void open(const GtkTextIter& position, const Gdk::Rectangle& at);
+    Gdk::Rectangle placeOfMistake(const GtkTextIter& position);
     void addSpelling(Gio::Menu& menu);
     void addEditing(Gio::Menu& menu);
     void add(Gio::Menu& menu,

@@ -1,8 +1,10 @@
+#include "KeyPress.h"
 #include "app/settings/Preferences.h"
 #include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "themes/ThemeManager.h"
 #include "ui/EditingController.h"
+#include "ui/EditorMenu.h"
 #include "ui/EditorPane.h"
 #include "ui/FindController.h"
 #include "ui/SpellChecker.h"
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <gtkmm/box.h>
 #include <gtkmm/init.h>
+#include <gtkmm/popovermenu.h>
 #include <gtkmm/window.h>
 
 #include <algorithm>
@@ -70,6 +73,7 @@ protected:
         return chosen.get();
     }
     void undo() { gtk_text_buffer_undo(buffer()); }
+    void press(const char* key) { pressKey(m_window, key); }
     /// The text of a label that the bar shows.
     std::string barText(const char* style) {
         std::string found;
@@ -311,6 +315,40 @@ TEST_F(Editor, UnderlinesMistakesOfBothLanguagesButNotWhatIsBeingTyped) {
     EXPECT_TRUE(turnUntil([this] { return tagged("misspelled-word") == Words{"błond"}; }));
     preferences.setSpellChecking(false);
     EXPECT_EQ(tagged("misspelled-word"), Words{});
+}
+
+TEST_F(Editor, OpensTheMenuOfAMistakeBelowItsLine) {
+    if (!SpellDictionaries().areAny()) GTEST_SKIP() << "no dictionary is installed";
+    SpellChecker spelling(pane.textView(), preferences,
+                          [this](int line) { return editing.stateAt(line); });
+    EditorMenu menu(pane, pane.textView(), spelling, texts);
+    type("A beautiful castlle on");
+    ASSERT_TRUE(turnUntil([this] { return tagged("misspelled-word").size() == 1; }));
+    select(15, 15);
+    pane.textView().grab_focus();
+    press("Menu");
+    Gtk::PopoverMenu* popover = nullptr;
+    ASSERT_TRUE(turnUntil([&] {
+        popover = dynamic_cast<Gtk::PopoverMenu*>(pane.get_last_child());
+        return popover != nullptr && popover->get_mapped();
+    }));
+    GtkTextIter word;
+    gtk_text_buffer_get_iter_at_offset(buffer(), &word, 12);
+    GdkRectangle place;
+    gtk_text_view_get_iter_location(pane.textView().gobj(), &word, &place);
+    int x = 0;
+    int y = 0;
+    pane.textView().buffer_to_window_coords(Gtk::TextWindowType::WIDGET, place.x,
+                                            place.y + place.height, x, y);
+    double left = 0;
+    double bottom = 0;
+    pane.textView().translate_coordinates(pane, x, y, left, bottom);
+    Gdk::Rectangle pointed;
+    ASSERT_TRUE(popover->get_pointing_to(pointed));
+    EXPECT_EQ(pointed.get_x(), static_cast<int>(left));
+    EXPECT_GE(pointed.get_y() + pointed.get_height(), static_cast<int>(bottom));
+    EXPECT_LT(pointed.get_y(), static_cast<int>(bottom));
+    popover->popdown();
 }
 
 TEST(SpellDictionaries, SuggestWhatTheHandMeantInTheLanguageOfTheLine) {

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "KeyPress.h"
 #include "app/Session.h"
 #include "model/PersistenceController.h"
-#include "platform/Handle.h"
-#include "support/MainLoop.h"
 #include "support/TemporaryFolder.h"
 #include "ui/Resources.h"
 
 #include <adwaita.h>
-#include <gio/gio.h>
 #include <gtest/gtest.h>
 #include <gtkmm/init.h>
 #include <gtkmm/window.h>
@@ -42,18 +40,7 @@ protected:
         return found;
     }
 
-    /// Types a key as somebody at the keyboard does.
-    void type(const char* key) {
-        ASSERT_TRUE(turnUntil([this] { return parent.is_active(); }));
-        GError* error = nullptr;
-        const GObjectHandle<GSubprocess> program(
-            g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, &error, "xdotool", "key", key, nullptr));
-        const Handle<GError, g_error_free> failure(error);
-        ASSERT_TRUE(program) << failure->message;
-        ASSERT_TRUE(turnUntil([&] {
-            return g_subprocess_get_identifier(program.get()) == nullptr;
-        })) << key;
-    }
+    void type(const char* key) { pressKey(parent, key); }
 
     TemporaryFolder folder;
     PersistenceController controller{PersistenceController::Storage::onDisk,
