@@ -30,26 +30,32 @@ AdwToast* makeToast(const std::string& title, std::chrono::seconds timeout) {
 Toasts::Toasts() : m_overlay(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {}
 
 void Toasts::show(const std::string& title) {
-    adw_toast_overlay_add_toast(m_overlay, makeToast(title, kPlain));
+    add(makeToast(title, kPlain), m_plain);
 }
 
 void Toasts::show(const std::string& title,
                   const std::string& button,
                   std::function<void()> pressed) {
+    // What is shown would wait and come back when nobody thinks of it any more.
+    for (AdwToast* past : std::vector(m_plain))
+        adw_toast_dismiss(past);
     AdwToast* toast = makeToast(title, kWithButton);
     adw_toast_set_button_label(toast, button.c_str());
     adw_toast_set_priority(toast, ADW_TOAST_PRIORITY_HIGH);  // not after what is past
     adw::connect(toast, "button-clicked", std::move(pressed));
-    adw::connect(toast, "dismissed", [this, toast] {
-        if (m_pressable == toast) m_pressable = nullptr;
-    });
+    add(toast, m_pressable);
+}
+
+void Toasts::add(AdwToast* toast, std::vector<AdwToast*>& kind) {
+    adw::connect(toast, "dismissed", [toast, &kind] { std::erase(kind, toast); });
     adw_toast_overlay_add_toast(m_overlay, toast);
-    m_pressable = toast;
+    kind.push_back(toast);
 }
 
 bool Toasts::press(const std::string& button) {
-    AdwToast* toast = m_pressable;
-    if (toast == nullptr || button != adw_toast_get_button_label(toast)) return false;
+    if (m_pressable.empty()) return false;
+    AdwToast* toast = m_pressable.back();
+    if (button != adw_toast_get_button_label(toast)) return false;
     g_signal_emit_by_name(toast, "button-clicked");
     adw_toast_dismiss(toast);
     return true;

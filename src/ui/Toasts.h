@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace corvel {
 
@@ -17,7 +18,8 @@ public:
     Toasts();
 
     void show(const std::string& title);
-    /// With a button; `pressed` is called at most once.
+    /// With a button, at once: news without one that is there goes, earlier news with one comes back
+    /// after it. `pressed` is called at most once.
     void show(const std::string& title, const std::string& button, std::function<void()> pressed);
 
     /// Presses the button of the newest toast that is still there, if it is called `button`. False
@@ -31,8 +33,12 @@ public:
     Gtk::Widget& widget();
 
 private:
+    void add(AdwToast* toast, std::vector<AdwToast*>& kind);
+
     AdwToastOverlay* m_overlay;
-    AdwToast* m_pressable = nullptr;  // the newest with a button, until it goes
+    // In the order they came, until they go.
+    std::vector<AdwToast*> m_plain;
+    std::vector<AdwToast*> m_pressable;
 };
 
 }  // namespace corvel

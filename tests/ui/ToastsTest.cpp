@@ -3,6 +3,9 @@
 #include <adwaita.h>
 #include <gtest/gtest.h>
 #include <gtkmm/init.h>
+#include <gtkmm/label.h>
+
+#include <string>
 
 namespace corvel {
 namespace {
@@ -24,6 +27,32 @@ TEST(Toasts, PressesTheNewestButtonOfThatNameOnce) {
     EXPECT_FALSE(toasts.press("Undo")) << "the newest means something else";
     EXPECT_EQ(undone, 1);
     EXPECT_EQ(details, 0);
+}
+
+TEST(Toasts, LeavesOnlyEarlierNewsWithAButtonBehindTheNewest) {
+    adw_init();
+    Gtk::init_gtkmm_internals();
+    Toasts toasts;
+    const auto shown = [&toasts] {
+        std::string titles;
+        const auto look = [&titles](auto& self, Gtk::Widget& widget) -> void {
+            if (widget.has_css_class("heading"))
+                titles += dynamic_cast<Gtk::Label&>(widget).get_text() + ";";
+            for (auto* child = widget.get_first_child(); child != nullptr;
+                 child = child->get_next_sibling())
+                self(self, *child);
+        };
+        look(look, toasts.widget());
+        return titles;
+    };
+    std::string undone;
+    toasts.show("Theme saved");
+    toasts.show("Deleted: A", "Undo", [&] { undone += "A"; });
+    toasts.show("Deleted: B", "Undo", [&] { undone += "B"; });
+    EXPECT_TRUE(toasts.press("Undo"));
+    EXPECT_TRUE(toasts.press("Undo")) << "what was deleted before can still be brought back";
+    EXPECT_EQ(undone, "BA");
+    EXPECT_EQ(shown().find("Theme saved"), std::string::npos) << shown();
 }
 
 }  // namespace
