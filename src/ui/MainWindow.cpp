@@ -128,8 +128,10 @@ void MainWindow::followWidth() {
     const auto arrange = [this] {
         m_arrange = Glib::signal_idle().connect(
             [this] {
-                m_layout.setAvailableWidth(m_layout.widget().get_width());
-                m_layout.refit();
+                keepFocus([this] {
+                    m_layout.setAvailableWidth(m_layout.widget().get_width());
+                    m_layout.refit();
+                });
                 return false;
             },
             Glib::PRIORITY_HIGH_IDLE);
@@ -174,7 +176,7 @@ void MainWindow::connect() {
             if (key == "appLanguage") relabel();
         }));
     m_connections.emplace_back(m_session.state.sidebarFilter.signalChanged().connect(
-        [this] { m_layout.sidebarChosen(); }));
+        [this] { keepFocus([this] { m_layout.sidebarChosen(); }); }));
     m_connections.emplace_back(
         m_session.list.signalCreated().connect([this](const Uuid&) { m_note.focusEditor(); }));
     m_opening.onShown = m_linkedFiles.onShown = [this] { focusNote(); };
@@ -204,11 +206,11 @@ void MainWindow::relabel() {
     m_libraryExport.relabel();
 }
 
-// The focus does not vanish with the pane.
-void MainWindow::toggleSidebar() {
-    const bool hadFocus = focusedPane() == sidebarPane;
-    m_layout.toggleSidebar();
-    if (hadFocus && !m_layout.isSidebarShown()) focusPane(listPane);
+// The focus does not vanish with its pane.
+void MainWindow::keepFocus(const std::function<void()>& arrange) {
+    const int pane = focusedPane();
+    arrange();
+    if (!isPaneShown(pane)) focusPane(m_list.get_visible() ? listPane : notePane);
 }
 
 void MainWindow::showSidebarButton() {
@@ -260,7 +262,7 @@ std::vector<Uuid> MainWindow::notesToExport() const {
 void MainWindow::perform(CommandID command) {
     switch (command) {
         case CommandID::toggleSidebar:
-            return toggleSidebar();
+            return keepFocus([this] { m_layout.toggleSidebar(); });
         case CommandID::findInAllNotes:
             m_layout.showList();
             return m_list.focusSearch();

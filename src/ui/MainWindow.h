@@ -27,6 +27,7 @@
 #include <gtkmm/application.h>
 #include <gtkmm/applicationwindow.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -69,7 +70,7 @@ private:
     void connect();
     void labelFrame();
     void relabel();
-    void toggleSidebar();
+    void keepFocus(const std::function<void()>& arrange);
     void showSidebarButton();
     Gtk::Widget* placeOfMenu();
     void showAssistant();
