@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <initializer_list>
 
 namespace corvel {
 
@@ -87,6 +88,7 @@ void NoteListPane::buildHeader() {
     m_subtitle.add_css_class("dim-label");
     auto* names = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
     names->set_valign(Gtk::Align::CENTER);
+    names->set_hexpand(true);
     names->set_margin_start(kMargin / 4);
     names->append(m_title);
     names->append(m_subtitle);
@@ -97,12 +99,15 @@ void NoteListPane::buildHeader() {
     m_importButton.set_icon_name("corvel-import-symbolic");
     m_newButton.set_icon_name("list-add-symbolic");
     m_newButton.set_action_name(actionOf(CommandID::newNote));
-    m_header.packStart(m_sidebarButton);
-    m_header.packStart(*names);
-    m_header.packEnd(m_newButton);
-    m_header.packEnd(m_importButton);
-    m_header.packEnd(m_sortButton);
-    m_header.setTitle(*Gtk::make_managed<Gtk::Box>());
+    // Packed at the two sides, the names would get no more than half of the bar.
+    auto* content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kMargin / 4);
+    content->set_hexpand(true);
+    content->append(m_sidebarButton);
+    content->append(*names);
+    for (Gtk::Widget* button :
+         std::initializer_list<Gtk::Widget*>{&m_sortButton, &m_importButton, &m_newButton})
+        content->append(*button);
+    m_header.setTitle(*content);
     m_header.setWindowControls(false, false);
     append(m_header.widget());
 }

@@ -254,6 +254,52 @@ TEST(MainWindow, SearchesAgainAndComesBackToTheList) {
     EXPECT_EQ(run.titles(), Titles{"Needle"});
 }
 
+TEST(MainWindow, TheFocusStaysOnAPaneWhenItsOwnNoLongerFits) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Note");
+    auto& window = run.window();
+    window.sidebar().focusList();
+    ASSERT_TRUE(run.hasFocus(window.sidebar()));
+    window.window().set_default_size(720, 480);
+    EXPECT_TRUE(run.becomes([&] { return !window.sidebar().get_visible(); }));
+    auto& left = window.list().get_visible() ? static_cast<Gtk::Widget&>(window.list())
+                                             : static_cast<Gtk::Widget&>(window.note());
+    EXPECT_TRUE(run.hasFocus(left));
+}
+
+TEST(MainWindow, GivesTheNameOfAFilterAllTheRoomBesideTheButtons) {
+    const TemporaryFolder folder;
+    Program run(folder);
+    run.write("# Note\n\n#a-tag-with-quite-a-long-name");
+    run.session().state.sidebarFilter.set(SidebarFilter::tag("a-tag-with-quite-a-long-name"));
+    auto& bar = run.window().list().headerBar().widget();
+    std::vector<std::pair<int, int>> used;
+    const auto look = [&](auto& self, Gtk::Widget& widget) -> void {
+        double x = 0;
+        double y = 0;
+        const bool isButton = dynamic_cast<Gtk::Button*>(&widget) != nullptr ||
+                              dynamic_cast<Gtk::MenuButton*>(&widget) != nullptr;
+        if ((isButton || widget.has_css_class("heading")) && widget.get_mapped() &&
+            widget.translate_coordinates(bar, 0, 0, x, y))
+            used.emplace_back(static_cast<int>(x), widget.get_width());
+        if (isButton) return;
+        for (auto* child = widget.get_first_child(); child != nullptr;
+             child = child->get_next_sibling())
+            self(self, *child);
+    };
+    EXPECT_TRUE(run.becomes([&] {
+        used.clear();
+        look(look, bar);
+        return used.size() == 4 && used.back().second > 0;
+    }));
+    int free = bar.get_width();
+    for (const auto& [x, width] : used)
+        free -= width;
+    constexpr int kGaps = 64;  // margins and what stands between them
+    EXPECT_LT(free, kGaps);
+}
+
 TEST(MainWindow, OutlivesItsClosedWindow) {
     const TemporaryFolder folder;
     Program run(folder);
