@@ -27,7 +27,7 @@ FolderPicker::FolderPicker(Session& session)
     set_has_frame(false);
     m_face.set_spacing(6);
     m_face.append(*Gtk::make_managed<Gtk::Image>(Gio::ThemedIcon::create("folder-symbolic")));
-    m_label.set_ellipsize(Pango::EllipsizeMode::END);
+    m_label.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
     m_label.set_max_width_chars(40);
     m_face.append(m_label);
     set_child(m_face);

@@ -29,6 +29,9 @@ constexpr std::string_view kRules = R"css(
 .corvel-sidebar row:selected, .corvel-list row:selected {
     background-color: @accent_bg_color; color: @accent_fg_color;
 }
+.corvel-sidebar row:selected:focus:focus-visible, .corvel-list row:selected:focus:focus-visible {
+    outline: 2px solid @accent_fg_color; outline-offset: -5px;
+}
 .section-heading { font-size: 82%; font-weight: bold; letter-spacing: 1px; opacity: 0.75; }
 .count { font-size: 92%; opacity: 0.75; font-feature-settings: "tnum"; }
 .note-row { border-radius: 8px; }
