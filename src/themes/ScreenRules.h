@@ -10,12 +10,13 @@ namespace corvel {
 /// scrollbars itself, and would draw light ones on a dark page; a box that cannot be clicked it
 /// draws too faintly to be seen on most pages, here it has the colour of the text beside it. A page
 /// begins level with the text it is made from, and each of its blocks in the direction of its own
-/// writing.
+/// writing; a word longer than a line is broken.
 inline std::string screenRules(const Theme& theme) {
     return std::string(theme.appearance == Appearance::dark ? ":root { color-scheme: dark; }\n"
                                                             : "") +
            R"css(
 #content > :first-child { margin-top: 0; }
+body { overflow-wrap: break-word; }
 p, li, h1, h2, h3, h4, h5, h6, th, td { unicode-bidi: plaintext; text-align: start; }
 input[type="checkbox"]:disabled {
     appearance: none;

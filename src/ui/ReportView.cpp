@@ -1,5 +1,7 @@
 #include "ui/ReportView.h"
 
+#include "ui/Accessible.h"
+
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 #include <gtkmm/scrolledwindow.h>
@@ -63,6 +65,8 @@ Gtk::Widget* makeReportView(const std::vector<ReportSection>& sections) {
     scroller->set_propagate_natural_height(true);
     scroller->set_max_content_height(kHeight);
     scroller->set_child(*box);
+    // The focus is here, for the arrow keys.
+    if (!sections.empty()) setAccessibleLabel(*scroller, sections.front().heading);
     return scroller;
 }
 
