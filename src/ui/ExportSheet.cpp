@@ -32,15 +32,17 @@ void ExportSheet::show(Gtk::Window& parent,
                        ExportSession::ExporterMaker makeExporter,
                        std::vector<Uuid> noteIDs) {
     if (noteIDs.empty()) return;
-    auto work = std::make_unique<ExportSession>(
-        session.themes, session.texts, std::move(makeExporter),
-        [&session](const Uuid& id) {
-            const auto open = session.editor.current();  // with what the store may not have yet
-            return open && open->id == id ? open : session.library.notes.fetchNote(id);
-        },
-        std::move(noteIDs));
+    const auto fetch = [&session](const Uuid& id) {
+        const auto open = session.editor.current();  // with what the store may not have yet
+        return open && open->id == id ? open : session.library.notes.fetchNote(id);
+    };
+    const auto only = noteIDs.size() == 1 ? fetch(noteIDs.front()) : std::nullopt;
+    auto work = std::make_unique<ExportSession>(session.themes, session.texts,
+                                                std::move(makeExporter), fetch, std::move(noteIDs));
     // Owned by its window: it goes when that is closed.
     auto* sheet = new ExportSheet(parent, session, toasts, std::move(work));
+    sheet->m_name.set_text(only ? only->title : "");
+    sheet->m_name.set_visible(only && !only->title.empty());
     sheet->m_window.present();
     sheet->m_rows.child_focus(Gtk::DirectionType::TAB_FORWARD);
 }
@@ -101,7 +103,14 @@ void ExportSheet::buildHeader(Gtk::Box& content) {
     m_export.add_css_class("suggested-action");
     m_title.add_css_class("title");
     m_title.set_ellipsize(Pango::EllipsizeMode::END);
-    header.setTitle(m_title);
+    m_name.add_css_class("caption");
+    m_name.add_css_class("dim-label");
+    m_name.set_ellipsize(Pango::EllipsizeMode::END);
+    auto& titles = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    titles.set_valign(Gtk::Align::CENTER);
+    titles.append(m_title);
+    titles.append(m_name);
+    header.setTitle(titles);
     header.packStart(m_cancel);
     header.packEnd(m_export);
     content.append(header.widget());

@@ -57,6 +57,7 @@ private:
     std::unique_ptr<ExportSession> m_work;
     Gtk::Window m_window;
     Gtk::Label m_title;
+    Gtk::Label m_name;  // of the note, if it is one
     Gtk::Button m_cancel;
     Gtk::Button m_export;
     ExportRows m_rows;
