@@ -162,8 +162,8 @@ void PreviewView::showRendered(RenderOutcome outcome) {
         body = MarkdownParserService::markRemoteImages(std::move(body), m_room->imageKey());
     }
     const Theme& theme = m_session.themes.currentTheme();
-    m_coordinator->show(generateCSS(theme) + screenRules(theme) + m_style.extraCss,
-                        std::move(body), std::exchange(m_place, std::nullopt));
+    m_coordinator->show(generateCSS(theme) + screenRules(theme) + m_style.extraCss, std::move(body),
+                        std::exchange(m_place, std::nullopt));
 }
 
 void PreviewView::showWebPage() {

@@ -18,8 +18,8 @@ public:
     Toasts();
 
     void show(const std::string& title);
-    /// With a button, at once: news without one that is there goes, earlier news with one comes back
-    /// after it. `pressed` is called at most once.
+    /// With a button, at once: news without one that is there goes, earlier news with one comes
+    /// back after it. `pressed` is called at most once.
     void show(const std::string& title, const std::string& button, std::function<void()> pressed);
 
     /// Presses the button of the newest toast that is still there, if it is called `button`. False
