@@ -2,6 +2,7 @@
 #include "library/MarkdownImporter.h"
 #include "library/NoteText.h"
 #include "model/PersistenceController.h"
+#include "support/BareDatabase.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
 #include "support/LoopSlices.h"
@@ -55,18 +56,19 @@ public:
     }
 
     void writeBare() {
-        Database database(freshFolder() / "bare.sqlite");
-        database.execute("CREATE TABLE note(pk INTEGER PRIMARY KEY, title TEXT, content TEXT)");
+        BareDatabase database(freshFolder() / "bare.sqlite");
+        database.exec("CREATE TABLE note(pk INTEGER PRIMARY KEY, title TEXT, content TEXT)");
+        SQLite::Statement insert(database, "INSERT INTO note(title, content) VALUES(?,?)");
         for (std::size_t number = 0; number < m_files.size(); ++number) {
-            if (number % kRowsACommit == 0) database.execute("BEGIN IMMEDIATE");
+            if (number % kRowsACommit == 0) database.exec("BEGIN IMMEDIATE");
             std::ifstream file(m_files[number], std::ios::binary);
             const std::string content{std::istreambuf_iterator<char>(file), {}};
             const std::string title = titleFromContent(content);
-            database.query("INSERT INTO note(title, content) VALUES(?,?)")
-                .bind(title, content)
-                .run();
+            insert.bindNoCopy(1, title);
+            insert.bindNoCopy(2, content);
+            run(insert);
             const bool isLast = number + 1 == m_files.size();
-            if (isLast || (number + 1) % kRowsACommit == 0) database.execute("COMMIT");
+            if (isLast || (number + 1) % kRowsACommit == 0) database.exec("COMMIT");
         }
     }
 

@@ -1,10 +1,10 @@
 #include "library/Library.h"
 #include "model/PersistenceController.h"
+#include "support/BareDatabase.h"
 #include "support/BenchFolder.h"
 #include "support/LibraryGenerator.h"
 #include "support/PairedRun.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
 #include <glibmm/init.h>
 
 #include <memory>
@@ -21,8 +21,7 @@ constexpr int kRoundsOfALog = 600;
 
 enum class Log { fresh, used };
 
-/// The values of a note written by SQLite alone, with its own file system and the library's
-/// pragmas.
+/// The values of a note written by SQLite alone.
 class BareNote {
 public:
     BareNote(const std::filesystem::path& file, const Note& note) : m_database(open(file)) {
@@ -42,11 +41,9 @@ public:
     }
 
 private:
-    static std::unique_ptr<SQLite::Database> open(const std::filesystem::path& file) {
-        auto database = std::make_unique<SQLite::Database>(
-            file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    static std::unique_ptr<BareDatabase> open(const std::filesystem::path& file) {
+        auto database = std::make_unique<BareDatabase>(file);
         database->exec(
-            "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;"
             "CREATE TABLE note(pk INTEGER PRIMARY KEY, id BLOB NOT NULL UNIQUE, modifiedAt "
             "INTEGER);"
             "CREATE TABLE noteContent(notePk INTEGER PRIMARY KEY, content TEXT NOT NULL);"
@@ -59,12 +56,7 @@ private:
                              static_cast<int>(note.id.bytes.size()));
     }
 
-    static void run(SQLite::Statement& statement) {
-        statement.exec();
-        statement.reset();
-    }
-
-    std::unique_ptr<SQLite::Database> m_database;
+    std::unique_ptr<BareDatabase> m_database;
     SQLite::Statement m_begin{*m_database, "BEGIN IMMEDIATE"};
     SQLite::Statement m_date{*m_database, "UPDATE note SET modifiedAt=? WHERE id=?"};
     SQLite::Statement m_content{*m_database, "UPDATE noteContent SET content=? WHERE notePk=1"};
