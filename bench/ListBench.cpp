@@ -217,6 +217,21 @@ void registerAll(const std::string& prefix, ListBench& bench) {
                    [&bench](auto& state) { compareFolderTree(state, bench); });
 }
 
+/// The first rows of the larger library beside those of the smaller. Beside their copies without
+/// indexes the larger one starts with its pages out of the processor's caches, the smaller not.
+void registerGrowth(ListBench& smaller, ListBench& larger) {
+    const auto few = smaller.cases();
+    const auto many = larger.cases();
+    for (std::size_t i = 0; i < few.size(); ++i) {
+        registerPaired("growth/" + few[i].name, [&smaller, &larger, one = few[i],
+                                                 other = many[i]](auto& state) {
+            PairedRun(kRounds).run(
+                state, [&] { benchmark::DoNotOptimize(larger.ours(other, kFirstRows)); },
+                [&] { benchmark::DoNotOptimize(smaller.ours(one, kFirstRows)); });
+        });
+    }
+}
+
 }  // namespace
 
 /// CORVEL_BENCH_NOTES chooses one size, for example 10000.
@@ -230,6 +245,7 @@ int main(int argc, char** argv) {
         benches.push_back(std::make_unique<ListBench>(size));
         registerAll(std::to_string(size) + "/", *benches.back());
     }
+    if (benches.size() == 2) registerGrowth(*benches[0], *benches[1]);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
