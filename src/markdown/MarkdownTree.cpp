@@ -1,5 +1,6 @@
 #include "markdown/MarkdownTree.h"
 
+#include "markdown/TaskBoxes.h"
 #include "platform/Ascii.h"
 #include "platform/Handle.h"
 
@@ -40,7 +41,9 @@ cmark_node* parse(std::string_view markdown) {
         cmark_parser_attach_syntax_extension(parser, extension);
     }
     cmark_parser_feed(parser, markdown.data(), markdown.size());
-    return cmark_parser_finish(parser);
+    cmark_node* root = cmark_parser_finish(parser);
+    correctTaskBoxes(root, markdown);
+    return root;
 }
 
 // A NUL is left to the parser, which reads it as U+FFFD.

@@ -38,6 +38,13 @@ TEST(MarkdownPlainTextRenderer, WritesTheWordsOfRawHtmlAsTheyAreSeen) {
     EXPECT_EQ(textOf("<style>never ended"), "");
 }
 
+TEST(MarkdownPlainTextRenderer, ATaskIsDoneByItsOwnBoxAlone) {
+    EXPECT_EQ(textOf("- [ ] see [x](a) or [X]\n- [x] then [ ]\n- [ ] open"),
+              "[ ] see x or [X]\n[x] then [ ]\n[ ] open\n");
+    EXPECT_EQ(textOf("text\r\rtext\r\n\r\n+   [ ] [x]\n+   [X] [ ]"),
+              "text\n\ntext\n\n[ ] [x]\n[x] [ ]\n");
+}
+
 TEST(MarkdownPlainTextRenderer, ReferencesToNoCharacterLeaveText) {
     EXPECT_EQ(textOf("a &#xFFFE; b &#xFFFF; c"), "a \uFFFD b \uFFFD c\n");
 }
