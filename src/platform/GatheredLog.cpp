@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -26,27 +27,46 @@ public:
     sqlite3_file* real() { return reinterpret_cast<sqlite3_file*>(this + 1); }
 
     int write(const void* data, int size, sqlite3_int64 offset) {
-        const bool follows =
-            m_size > 0 && offset == m_offset + m_size && size <= kCapacity - m_size;
-        if (!follows) {
+        const bool follows = m_size > 0 && offset == end() && size <= kCapacity - m_size;
+        if (!follows && !holds(size, offset)) {
             if (const int result = flush(); result != SQLITE_OK) return result;
             if (size > kCapacity || !makeRoom())
                 return real()->pMethods->xWrite(real(), data, size, offset);
             m_offset = offset;
         }
-        std::memcpy(m_gathered.get() + m_size, data, static_cast<std::size_t>(size));
-        m_size += size;
+        std::memcpy(at(offset), data, static_cast<std::size_t>(size));
+        m_size = std::max(m_size, static_cast<int>(offset - m_offset) + size);
         return SQLITE_OK;
     }
 
-    // What cannot be written is dropped: the transaction that it belongs to fails.
+    // Without a write where it can be: what is in the library stays readable on a full disk.
+    int read(void* data, int size, sqlite3_int64 offset) {
+        if (holds(size, offset)) {
+            std::memcpy(data, at(offset), static_cast<std::size_t>(size));
+            return SQLITE_OK;
+        }
+        const bool isApart = offset >= end() || offset + size <= m_offset;
+        if (const int result = isApart ? SQLITE_OK : flush(); result != SQLITE_OK) return result;
+        return real()->pMethods->xRead(real(), data, size, offset);
+    }
+
+    // What finds no room stays for the next try: SQLite was told that it is written.
     int flush() {
-        const int size = std::exchange(m_size, 0);
-        return size == 0 ? SQLITE_OK
-                         : real()->pMethods->xWrite(real(), m_gathered.get(), size, m_offset);
+        if (m_size == 0) return SQLITE_OK;
+        const int result = real()->pMethods->xWrite(real(), m_gathered.get(), m_size, m_offset);
+        if (result == SQLITE_OK) m_size = 0;
+        return result;
     }
 
 private:
+    sqlite3_int64 end() const { return m_offset + m_size; }
+
+    bool holds(int size, sqlite3_int64 offset) const {
+        return m_size > 0 && offset >= m_offset && offset + size <= end();
+    }
+
+    std::byte* at(sqlite3_int64 offset) { return m_gathered.get() + (offset - m_offset); }
+
     bool makeRoom() {
         if (!m_gathered) m_gathered.reset(new (std::nothrow) std::byte[kCapacity]);
         return m_gathered != nullptr;
@@ -64,6 +84,10 @@ LogFile& logOf(sqlite3_file* file) {
 
 int write(sqlite3_file* file, const void* data, int size, sqlite3_int64 offset) {
     return logOf(file).write(data, size, offset);
+}
+
+int read(sqlite3_file* file, void* data, int size, sqlite3_int64 offset) {
+    return logOf(file).read(data, size, offset);
 }
 
 int close(sqlite3_file* file) {
@@ -94,11 +118,11 @@ sqlite3_io_methods makeMethods() {
     methods.iVersion = 1;
     methods.xClose = close;
     methods.xWrite = write;
-    methods.xRead = whenWritten<&sqlite3_io_methods::xRead>;
+    methods.xRead = read;
     methods.xTruncate = whenWritten<&sqlite3_io_methods::xTruncate>;
     methods.xSync = whenWritten<&sqlite3_io_methods::xSync>;
     methods.xFileSize = whenWritten<&sqlite3_io_methods::xFileSize>;
-    methods.xFileControl = whenWritten<&sqlite3_io_methods::xFileControl>;
+    methods.xFileControl = passedOn<&sqlite3_io_methods::xFileControl>;
     methods.xLock = passedOn<&sqlite3_io_methods::xLock>;
     methods.xUnlock = passedOn<&sqlite3_io_methods::xUnlock>;
     methods.xCheckReservedLock = passedOn<&sqlite3_io_methods::xCheckReservedLock>;
