@@ -14,21 +14,21 @@ constexpr std::size_t kPieceSize = 256 * 1024;
 constexpr std::size_t kLargeText = 1024 * 1024;
 constexpr std::size_t kWorstGrowth = 3;
 
-// A page of the notes outside the trash: the first rows of the four parts of them that the lists'
-// indexes have in order of date, merged.
+// Of the notes outside the trash that meet `condition`: the first rows of the four parts that the
+// lists' indexes have in order of date, merged.
 std::string pageOf(const std::string& condition, const std::string& order) {
-    const auto end = " ORDER BY " + order + " LIMIT 64";
+    const std::string end = " AND " + condition + " ORDER BY " + order + " LIMIT 64";
     std::string parts;
-    for (const char* list : {"listAll0 WHERE isArchived=0", "listArchived0 WHERE isArchived=1"}) {
-        for (const char* pinned : {"0", "1"}) {
-            parts += parts.empty() ? "" : " UNION ALL ";
-            parts += std::string("SELECT * FROM (SELECT pk, modifiedAt FROM note INDEXED BY ") +
-                     list + " AND isTrashed=0 AND isPinned=" + pinned + " AND " + condition + end +
-                     ")";
-        }
+    for (const char* part : {"listAll0 WHERE isArchived=0 AND isPinned=0",
+                             "listAll0 WHERE isArchived=0 AND isPinned=1",
+                             "listArchived0 WHERE isArchived=1 AND isPinned=0",
+                             "listArchived0 WHERE isArchived=1 AND isPinned=1"}) {
+        parts += parts.empty() ? "" : " UNION ALL ";
+        parts += "SELECT * FROM (SELECT pk, modifiedAt FROM note INDEXED BY ";
+        parts.append(part).append(" AND isTrashed=0").append(end).append(")");
     }
-    return "SELECT page.pk, title, page.modifiedAt FROM (" + parts + end +
-           ") AS page JOIN note ON note.pk=page.pk ORDER BY 3 DESC, 1";
+    return "SELECT page.pk, title, page.modifiedAt FROM (" + parts + " ORDER BY " + order +
+           " LIMIT 64) AS page JOIN note ON note.pk=page.pk ORDER BY 3 DESC, 1";
 }
 
 }  // namespace
