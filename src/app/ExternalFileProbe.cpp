@@ -7,7 +7,6 @@
 #include "platform/Text.h"
 #include "platform/WholeFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -77,7 +76,7 @@ ExternalFault faultOf(FileFault fault) {
 
 Probe probe(const std::filesystem::path& path) {
     if (!distantVolumes::answersFor(path)) return {.fault = ExternalFault::noAnswer};
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const auto file = openForReading(path);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return {.fault = faultOf(errno)};
     Probe result;

@@ -10,9 +10,8 @@
 namespace corvel::derivedRows {
 
 // Everything the store keeps beside the records so that lists and the sidebar need not read texts:
-// word counts, excerpts, tags in the text, counts, and the lists of tags and folders. Each
-// change of a note keeps them in step (NoteBookkeeping, NoteWriter); here they are made from
-// nothing.
+// word counts, excerpts, tags in the text, counts, and the lists of tags and folders. Each change
+// of a note keeps them in step (NoteBookkeeping, NoteWriter); here they are made from nothing.
 
 enum class WordCounts { recount, keep };
 

@@ -5,8 +5,6 @@
 #include "platform/FileBytes.h"
 #include "platform/FileDescriptor.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -88,7 +86,7 @@ std::optional<Draft> parseDraft(std::string_view file) {
 
 // Where the disk is bad the file ends: what was read before it counts.
 std::optional<Draft> readDraft(const std::filesystem::path& path) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const auto file = openForReading(path);
     std::string bytes;
     const bool isWhole = file.isOpen() && appendAll(file.get(), bytes);
     auto draft = parseDraft(bytes);

@@ -1,6 +1,7 @@
 #include "library/ImportedFile.h"
 
 #include "platform/DistantVolumes.h"
+#include "platform/FileDescriptor.h"
 #include "platform/Text.h"
 
 #include <fcntl.h>
@@ -17,21 +18,6 @@
 namespace corvel {
 
 namespace {
-
-class Descriptor {
-public:
-    explicit Descriptor(const std::filesystem::path& path)
-        : m_number(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_number >= 0) ::close(m_number);
-    }
-    int number() const { return m_number; }
-
-private:
-    int m_number;
-};
 
 Date dateOf(const struct statx_timestamp& time) {
     return {time.tv_sec * 1'000'000 + time.tv_nsec / 1000};
@@ -90,20 +76,20 @@ std::optional<std::string> decoded(std::string bytes) {
 std::variant<ImportedFile, ImportFault> ImportedFile::read(const std::filesystem::path& path,
                                                            std::size_t limit) {
     if (!distantVolumes::answersFor(path)) return ImportFault::noAnswer;
-    const Descriptor descriptor(path);
+    const auto descriptor = openForReading(path);
     struct statx status {};
     constexpr unsigned kWanted = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME;
-    if (descriptor.number() < 0) {
+    if (!descriptor.isOpen()) {
         // A socket, or a device without a driver, cannot be opened at all.
         return errno == ENXIO || errno == ENODEV ? ImportFault::notAFile : ImportFault::unreadable;
     }
-    if (::statx(descriptor.number(), "", AT_EMPTY_PATH, kWanted, &status) != 0)
+    if (::statx(descriptor.get(), "", AT_EMPTY_PATH, kWanted, &status) != 0)
         return ImportFault::unreadable;
     if (!S_ISREG(status.stx_mode)) return ImportFault::notAFile;
     if (status.stx_size > limit) return ImportFault::unreadable;
     ImportedFile file;
     file.bytes.resize(static_cast<std::size_t>(status.stx_size) + 1);
-    if (!readAll(descriptor.number(), limit, file.bytes)) return ImportFault::unreadable;
+    if (!readAll(descriptor.get(), limit, file.bytes)) return ImportFault::unreadable;
     file.modifiedAt = dateOf(status.stx_mtime);
     const bool hasBirth = (status.stx_mask & STATX_BTIME) != 0;
     file.createdAt =

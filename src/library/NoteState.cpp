@@ -41,7 +41,7 @@ NoteState NoteState::read(Database& database, RowId row) {
         state = fromColumns(query);
     }
     state.readFolders(database, row);
-    state.readTags(database, row);
+    state.setTags(tagRows::tagsOf(database, row));
     return state;
 }
 
@@ -51,13 +51,10 @@ void NoteState::readFolders(Database& database, RowId row) {
     folders = keysOf(query);
 }
 
-void NoteState::readTags(Database& database, RowId row) {
-    auto query = database.query(
-        "SELECT tagPk, isAttached, isInText FROM noteTag WHERE notePk=? ORDER BY tagPk");
-    query.bind(row);
-    while (query.next()) {
-        if (query.boolean(1)) attachedTags.push_back(query.integer(0));
-        if (query.boolean(2)) textTags.push_back(query.integer(0));
+void NoteState::setTags(const std::vector<tagRows::NoteTag>& tags) {
+    for (const auto& tag : tags) {
+        if (tag.isAttached) attachedTags.push_back(tag.key);
+        if (tag.isInText) textTags.push_back(tag.key);
     }
 }
 

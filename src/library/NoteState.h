@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/NoteSummary.h"
+#include "library/TagRows.h"
 #include "model/Note.h"
 #include "platform/Database.h"
 
@@ -35,7 +36,7 @@ struct NoteState {
         "isPinned, isArchived, isTrashed, bookmarkData IS NOT NULL, modifiedAt";
 
     void readFolders(Database& database, RowId row);
-    void readTags(Database& database, RowId row);
+    void setTags(const std::vector<tagRows::NoteTag>& tags);
 };
 
 /// Keeps the counts and lists in step with one note: made before a change of it, finished after.

@@ -147,10 +147,7 @@ std::optional<StoredNote> readStored(Database& database,
     if (!stored) return stored;
     stored->state.readFolders(database, stored->row);
     stored->tags = tagRows::tagsOf(database, stored->row);
-    for (const auto& tag : stored->tags) {
-        if (tag.isAttached) stored->state.attachedTags.push_back(tag.key);
-        if (tag.isInText) stored->state.textTags.push_back(tag.key);
-    }
+    stored->state.setTags(stored->tags);
     return stored;
 }
 
@@ -159,7 +156,8 @@ void updateNoteRow(Database& database,
                    const StoredNote& stored,
                    const Note& note,
                    const DerivedText& derived) {
-    const auto& [row, state, changes, tags] = stored;
+    const RowId row = stored.row;
+    const RowChanges& changes = stored.changes;
     database.query("UPDATE note SET modifiedAt=?, syncStatus=1, excerpt=? WHERE pk=?")
         .bind(note.modifiedAt, derived.excerpt, row)
         .run();

@@ -2,13 +2,11 @@
 
 #include "platform/DistantVolumes.h"
 #include "platform/FileBytes.h"
-#include "platform/FileDescriptor.h"
 #include "platform/ImageType.h"
 #include "platform/Paths.h"
+#include "platform/RegularFile.h"
 
-#include <fcntl.h>
 #include <glib.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -60,18 +58,14 @@ std::optional<std::vector<std::uint8_t>> readIn(const std::filesystem::path& fol
         return std::nullopt;
     }
     if (!distantVolumes::answersFor(path)) return std::nullopt;
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
-    if (!S_ISREG(status.st_mode) || std::cmp_greater(status.st_size, kSizeLimit)) {
-        return std::nullopt;
-    }
-    const auto real = placeOf(file.get());
+    const auto opened = openRegularFile(path);
+    if (!opened || opened->size > kSizeLimit) return std::nullopt;
+    const auto real = placeOf(opened->file.get());
     if (!isAllowed(real)) return std::nullopt;
     std::error_code error;
     if (!folder.empty() && !liesIn(real, std::filesystem::canonical(folder, error)))
         return std::nullopt;
-    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
+    return readAll<std::vector<std::uint8_t>>(opened->file.get(), opened->size);
 }
 
 }  // namespace

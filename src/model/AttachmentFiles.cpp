@@ -2,10 +2,10 @@
 
 #include "platform/FileBytes.h"
 #include "platform/FileDescriptor.h"
+#include "platform/RegularFile.h"
 #include "platform/StoreError.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -64,12 +64,9 @@ void AttachmentFiles::write(const Uuid& id, const std::vector<std::uint8_t>& dat
 }
 
 std::optional<std::vector<std::uint8_t>> AttachmentFiles::read(const Uuid& id) const {
-    const FileDescriptor file(
-        ::open(pathOf(id).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    return readAll<std::vector<std::uint8_t>>(file.get(), static_cast<std::size_t>(status.st_size));
+    const auto opened = openRegularFile(pathOf(id));
+    if (!opened) return std::nullopt;
+    return readAll<std::vector<std::uint8_t>>(opened->file.get(), opened->size);
 }
 
 void AttachmentFiles::remove(const Uuid& id) const {

@@ -1,11 +1,13 @@
 #include "platform/FileCopy.h"
 
+#include "platform/RegularFile.h"
+
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 #include <vector>
 
 namespace corvel {
@@ -15,23 +17,16 @@ namespace {
 constexpr std::size_t kBuffer = std::size_t{128} * 1024;
 constexpr mode_t kMode = 0666;
 
-FileDescriptor openRegular(const std::filesystem::path& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return {};
-    if (S_ISREG(status.st_mode)) return file;
-    errno = EINVAL;
-    return {};
-}
-
 }  // namespace
 
 FileCopy::FileCopy(const std::filesystem::path& from, const std::filesystem::path& to)
-    : m_from(openRegular(from)), m_path(to) {
-    if (!m_from.isOpen()) {
+    : m_path(to) {
+    auto source = openRegularFile(from);
+    if (!source) {
         stop(errno, true);
         return;
     }
+    m_from = std::move(source->file);
     m_to = FileDescriptor(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
     if (!m_to.isOpen()) stop(errno, false);
 }

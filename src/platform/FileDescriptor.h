@@ -1,7 +1,9 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <utility>
 
 namespace corvel {
@@ -26,5 +28,11 @@ public:
 private:
     int m_number = -1;
 };
+
+/// Opens whatever somebody may have put there, and never waits, as opening a pipe would. Not open,
+/// with `errno` set, when that fails.
+inline FileDescriptor openForReading(const std::filesystem::path& path) {
+    return FileDescriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+}
 
 }  // namespace corvel

@@ -1,22 +1,29 @@
 #include "platform/RegularFile.h"
 
 #include "platform/FileBytes.h"
-#include "platform/FileDescriptor.h"
 
-#include <fcntl.h>
 #include <glib.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace corvel {
 
-std::optional<std::string> readRegularFile(const std::filesystem::path& path, std::size_t most) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+std::optional<RegularFile> openRegularFile(const std::filesystem::path& path) {
+    auto file = openForReading(path);
     struct stat status {};
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0) return std::nullopt;
-    if (!S_ISREG(status.st_mode) || std::cmp_greater(status.st_size, most)) return std::nullopt;
-    return readAll<std::string>(file.get(), static_cast<std::size_t>(status.st_size));
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) return std::nullopt;
+    if (S_ISREG(status.st_mode))
+        return RegularFile{std::move(file), static_cast<std::size_t>(status.st_size)};
+    errno = EINVAL;
+    return std::nullopt;
+}
+
+std::optional<std::string> readRegularFile(const std::filesystem::path& path, std::size_t most) {
+    const auto opened = openRegularFile(path);
+    if (!opened || opened->size > most) return std::nullopt;
+    return readAll<std::string>(opened->file.get(), opened->size);
 }
 
 bool replaceFile(const std::filesystem::path& path, const std::string& bytes) {

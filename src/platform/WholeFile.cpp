@@ -183,8 +183,7 @@ private:
 
     // False, with nothing changed, where the file can only be written in place.
     bool writeBeside() {
-        const FileDescriptor original(
-            ::open(m_target.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+        const auto original = openForReading(m_target);
         Beside beside(m_target);
         if (!beside.create(0600)) {
             if (errno == EACCES || errno == EPERM) return false;
@@ -223,7 +222,7 @@ private:
 }  // namespace
 
 WholeFile readWholeFile(const Path& path, std::size_t most) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const auto file = openForReading(path);
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0) fail(path);
     refuseOtherThanFile(status, path);

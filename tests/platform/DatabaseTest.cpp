@@ -1,4 +1,5 @@
 #include "platform/Database.h"
+#include "support/StoreFaultOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -9,16 +10,6 @@
 
 namespace corvel {
 namespace {
-
-template <typename Work>
-std::optional<StoreFault> faultOf(Work work) {
-    try {
-        work();
-        return std::nullopt;
-    } catch (const StoreError& error) {
-        return error.fault();
-    }
-}
 
 class DatabaseTest : public testing::Test {
 protected:

@@ -1,5 +1,6 @@
 #include "platform/Database.h"
 #include "support/FullDisk.h"
+#include "support/StoreFaultOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace corvel {
@@ -22,16 +22,6 @@ std::int64_t writesSoFar() {
         if (name == "syscw:") return value;
     }
     return -1;
-}
-
-template <typename Work>
-std::optional<StoreFault> faultOf(Work work) {
-    try {
-        work();
-        return std::nullopt;
-    } catch (const StoreError& error) {
-        return error.fault();
-    }
 }
 
 class GatheredLogTest : public testing::Test {
