@@ -23,22 +23,34 @@ using namespace corvel;
 
 constexpr std::size_t kFiles = 10'000;
 constexpr std::size_t kLarge = std::size_t{50} * 1024 * 1024;
+constexpr std::size_t kFolders = 5000;
+constexpr std::size_t kFoldersTogether = 50;
+constexpr std::size_t kSmall = 2048;
 constexpr int kRounds = 3;
 constexpr std::size_t kRowsACommit = 200;
+
+struct Files {
+    std::size_t count;
+    std::optional<std::size_t> size;  ///< bytes of each, or none for those of a library
+    bool isEachInAFolder = false;     ///< of its own, fifty of them in one above; folders are kept
+};
 
 /// Markdown files imported into an empty library, beside reading them and writing bare
 /// rows of title and text, with the same pragmas and a commit for every 200.
 class ImportBench {
 public:
-    /// `size`: bytes of each file, or none for those of a library.
-    ImportBench(std::size_t count, std::optional<std::size_t> size) {
+    explicit ImportBench(const Files& files) {
         const LibraryGenerator generator;
-        std::filesystem::create_directories(m_folder.path() / "in");
-        for (std::size_t number = 0; number < count; ++number) {
-            m_files.push_back(m_folder.path() / "in" / (std::to_string(number) + ".md"));
+        m_options.keepFolders = files.isEachInAFolder;
+        for (std::size_t number = 0; number < files.count; ++number) {
+            auto folder = m_folder.path() / "in";
+            if (files.isEachInAFolder)
+                folder /= std::to_string(number / kFoldersTogether) + "/" + std::to_string(number);
+            std::filesystem::create_directories(folder);
+            m_files.push_back(folder / (std::to_string(number) + ".md"));
             std::ofstream(m_files.back(), std::ios::binary)
-                << (size ? generator.generateText(number, *size)
-                         : generator.generateNote(number).content);
+                << (files.size ? generator.generateText(number, *files.size)
+                               : generator.generateNote(number).content);
         }
     }
 
@@ -48,7 +60,7 @@ public:
         Library library(controller);
         MarkdownImporter importer(library);
         bool isDone = false;
-        importer.start({m_folder.path() / "in"}, {}, {}, [&](const ImportReport& report) {
+        importer.start({m_folder.path() / "in"}, m_options, {}, [&](const ImportReport& report) {
             isDone = true;
             m_imported = report.imported;
         });
@@ -83,19 +95,18 @@ private:
     }
 
     BenchFolder m_folder;
+    ImportOptions m_options;
     std::vector<std::filesystem::path> m_files;
     int m_runs = 0;
     std::size_t m_imported = 0;
     LoopSlices m_slices;
 };
 
-void compareImport(benchmark::State& state,
-                   std::size_t count,
-                   std::optional<std::size_t> size = std::nullopt) {
-    ImportBench bench(count, size);
+void compareImport(benchmark::State& state, const Files& files) {
+    ImportBench bench(files);
     PairedRun(kRounds).run(
         state, [&] { bench.importAll(); }, [&] { bench.writeBare(); });
-    if (bench.imported() != count) state.SkipWithError("not every file was imported");
+    if (bench.imported() != files.count) state.SkipWithError("not every file was imported");
     bench.slices().report(state);
 }
 
@@ -104,8 +115,11 @@ void compareImport(benchmark::State& state,
 int main(int argc, char** argv) {
     Glib::init();
     benchmark::Initialize(&argc, argv);
-    registerPaired("import/10000files", [](auto& state) { compareImport(state, kFiles); });
-    registerPaired("import/50MB", [](auto& state) { compareImport(state, 1, kLarge); });
+    registerPaired("import/10000files", [](auto& state) { compareImport(state, {kFiles, {}}); });
+    registerPaired("import/5000folders", [](auto& state) {
+        compareImport(state, {kFolders, kSmall, true});
+    });
+    registerPaired("import/50MB", [](auto& state) { compareImport(state, {1, kLarge}); });
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

@@ -130,31 +130,28 @@ std::optional<Folder> FolderRepository::fetchFolder(const Uuid& id) const {
 Folder FolderRepository::createFolder(const std::string& name,
                                       const std::optional<Uuid>& parentID,
                                       const Uuid& id) {
-    m_context.apply([id, name, parentID](Database& database) {
+    change([id, name, parentID](Database& database) {
         const auto parent = parentID ? folderKey(database, *parentID) : std::nullopt;
         const auto sortOrder = siblingCount(database, parent);
         database.query("INSERT INTO folder(id, name, sortOrder, parentPk) VALUES(?,?,?,?)")
             .bind(id, name, sortOrder, parent)
             .run();
     });
-    m_context.save();
     auto created = fetchFolder(id);
     if (!created) throw StoreError(StoreFault::failed, "the new folder is not in the store");
     return *std::move(created);
 }
 
 void FolderRepository::renameFolder(const Uuid& id, const std::string& name) {
-    m_context.apply([id, name](Database& database) {
+    change([id, name](Database& database) {
         database.query("UPDATE folder SET name=? WHERE id=?").bind(name, id).run();
     });
-    m_context.save();
 }
 
 void FolderRepository::deleteFolder(const Uuid& id) {
-    m_context.apply([id](Database& database) {
+    change([id](Database& database) {
         if (const auto folder = folderKey(database, id)) removeFolder(database, *folder);
     });
-    m_context.save();
 }
 
 void FolderRepository::addNoteToFolder(const Uuid& noteID, const Uuid& folderID) {
@@ -196,6 +193,12 @@ std::vector<Uuid> FolderRepository::folderIDsOf(const Uuid& noteID) const {
         ids.push_back(query.uuid(0));
     }
     return ids;
+}
+
+void FolderRepository::change(std::function<void(Database&)> change) {
+    ++m_changeCount;
+    m_context.apply(std::move(change));
+    m_context.save();
 }
 
 void FolderRepository::changeLinks(const Uuid& noteID,

@@ -3,6 +3,8 @@
 #include "model/PersistenceController.h"
 #include "platform/Text.h"
 
+#include <iterator>
+
 namespace corvel {
 
 namespace fs = std::filesystem;
@@ -10,14 +12,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kLongestPath = 4096;
-
-const Folder* folderWithID(const std::vector<Folder>& folders, const Uuid& id) {
-    for (const auto& folder : folders) {
-        if (folder.id == id) return &folder;
-        if (const auto* found = folderWithID(folder.children, id)) return found;
-    }
-    return nullptr;
-}
+constexpr std::ptrdiff_t kDeepestPath = 256;
+constexpr std::size_t kMostFolders = 1000;  // of one note
 
 // Empty for what leads out of the library, or so deep that no export has written it.
 fs::path pathInLibrary(const std::string& told) {
@@ -29,6 +25,9 @@ fs::path pathInLibrary(const std::string& told) {
 
 }  // namespace
 
+ImportFolders::ImportFolders(Library& library, ImportOptions options)
+    : m_library(library), m_changes(library.controller.viewContext()), m_options(options) {}
+
 void ImportFolders::begin(const std::vector<fs::path>& libraries) {
     for (; m_librariesBegun < libraries.size(); ++m_librariesBegun) {
         const auto& library = libraries[m_librariesBegun];
@@ -39,16 +38,68 @@ void ImportFolders::begin(const std::vector<fs::path>& libraries) {
     }
 }
 
-// All of a slice as one commit.
-void ImportFolders::work(std::chrono::steady_clock::time_point end) {
-    ViewContext::Group group(m_library.controller.viewContext());
-    do {
-        makeOne(m_waiting[m_next++]);
-    } while (isBusy() && std::chrono::steady_clock::now() < end);
-    group.commit();
+void ImportFolders::want(const Place& place) {
+    for (auto& key : keysOf(place)) {
+        const bool isWanted = !m_wanted.empty() && m_wanted.back() == key;
+        if (!isWanted && !m_folders.contains(key)) m_wanted.push_back(std::move(key));
+    }
 }
 
-void ImportFolders::makeOne(const Waiting& waiting) {
+void ImportFolders::work(std::chrono::steady_clock::time_point end) {
+    try {
+        m_changes.apply([&] {
+            ViewContext::Group group(m_library.controller.viewContext());
+            do {
+                makeNext();
+            } while (isBusy() && std::chrono::steady_clock::now() < end);
+            group.commit();
+        });
+    } catch (const StoreError&) {
+        takeBack();
+        throw;
+    }
+}
+
+std::vector<Uuid> ImportFolders::foldersAt(const Place& place) {
+    std::vector<Uuid> ids;
+    try {
+        m_changes.apply([&] {
+            for (const auto& key : keysOf(place)) {
+                if (const auto id = folderFor(key)) ids.push_back(*id);
+            }
+        });
+    } catch (const StoreError&) {
+        takeBack();
+        throw;
+    }
+    return ids;
+}
+
+std::vector<ImportFolders::Key> ImportFolders::keysOf(const Place& place) const {
+    if (!m_options.keepFolders) return {{}};
+    if (!place.told || place.library.empty()) return {{place.library, place.folder}};
+    std::vector<Key> keys;
+    for (const auto& told : *place.told) {
+        if (keys.size() == kMostFolders) break;
+        Key key{place.library, pathInLibrary(told)};
+        const auto depth = std::distance(key.second.begin(), key.second.end());
+        if (depth > 0 && (depth <= kDeepestPath || m_folders.contains(key)))
+            keys.push_back(std::move(key));
+    }
+    return keys;
+}
+
+void ImportFolders::makeNext() {
+    if (m_next < m_waiting.size()) {
+        makeListed(m_waiting[m_next++]);
+    } else {
+        const Key key = std::move(m_wanted.front());
+        m_wanted.pop_front();
+        folderFor(key);
+    }
+}
+
+void ImportFolders::makeListed(const Waiting& waiting) {
     const auto& entry = waiting.entry;
     const auto parent = entry.parentID ? m_made.find(*entry.parentID) : m_made.end();
     const auto parentID = parent != m_made.end() ? std::optional(parent->second) : std::nullopt;
@@ -58,50 +109,55 @@ void ImportFolders::makeOne(const Waiting& waiting) {
     m_folders.emplace(Key{waiting.library, fs::path(entry.path).lexically_normal()}, id);
 }
 
-Uuid ImportFolders::childOf(const std::optional<Uuid>& parent,
-                            const std::string& name,
-                            const std::optional<Uuid>& wanted) {
-    const auto roots = m_library.folders.fetchRootFolders();
-    const auto* above = parent ? folderWithID(roots, *parent) : nullptr;
-    const auto& siblings = above != nullptr ? above->children : roots;
-    const Folder* found = nullptr;
-    for (const auto& folder : siblings) {
-        if (folder.name != name || m_used.contains(folder.id)) continue;
-        if (found == nullptr || folder.id == wanted) found = &folder;
-    }
-    if (found != nullptr) return found->id;
-    const bool isFree = wanted && !m_library.folders.fetchFolder(*wanted);
-    return m_library.folders.createFolder(name, parent, isFree ? *wanted : Uuid::random()).id;
-}
-
-std::optional<Uuid> ImportFolders::folderFor(const fs::path& library, const fs::path& folder) {
+std::optional<Uuid> ImportFolders::folderFor(const Key& key) {
+    const auto& [library, folder] = key;
     // An exported library comes back to where it was.
     if (folder.empty()) return library.empty() ? m_options.intoFolder : std::nullopt;
-    const Key key{library, folder};
     if (const auto known = m_folders.find(key); known != m_folders.end()) return known->second;
-    const auto parent = folderFor(library, folder.parent_path());
-    const auto name = text::repaired(folder.filename().string());
-    const Uuid id = childOf(parent, name, std::nullopt);
+    const auto parent = folderFor({library, folder.parent_path()});
+    const Uuid id = childOf(parent, text::repaired(folder.filename().string()), std::nullopt);
     m_folders.emplace(key, id);
     return id;
 }
 
-std::vector<Uuid> ImportFolders::foldersOf(const fs::path& library,
-                                           const fs::path& folder,
-                                           const std::optional<std::vector<std::string>>& told) {
-    std::vector<Uuid> ids;
-    const auto add = [&](const std::optional<Uuid>& id) {
-        if (id) ids.push_back(*id);
-    };
-    if (!m_options.keepFolders) {
-        add(m_options.intoFolder);
-    } else if (told && !library.empty()) {
-        for (const auto& path : *told)
-            add(folderFor(library, pathInLibrary(path)));
-    } else {
-        add(folderFor(library, folder));
+Uuid ImportFolders::childOf(const std::optional<Uuid>& parent,
+                            const std::string& name,
+                            const std::optional<Uuid>& wanted) {
+    const Uuid* found = nullptr;
+    for (const auto& id : siblings(parent, name)) {
+        if (m_used.contains(id)) continue;
+        if (found == nullptr || id == wanted) found = &id;
     }
-    return ids;
+    if (found != nullptr) return *found;
+    auto& folders = m_library.folders;
+    const bool isFree = wanted && !folders.fetchFolder(*wanted);
+    const Uuid id = folders.createFolder(name, parent, isFree ? *wanted : Uuid::random()).id;
+    m_siblings[{parent, name}].push_back(id);
+    m_seenChanges = folders.changeCount();
+    return id;
+}
+
+const std::vector<Uuid>& ImportFolders::siblings(const std::optional<Uuid>& parent,
+                                                 const std::string& name) {
+    if (m_seenChanges != m_library.folders.changeCount()) {
+        m_siblings.clear();
+        for (const auto& folder : m_library.folders.fetchAllFolders())
+            m_siblings[{folder.parentID, folder.name}].push_back(folder.id);
+        m_seenChanges = m_library.folders.changeCount();
+    }
+    return m_siblings[{parent, name}];
+}
+
+// Else each would come once more whenever it is wanted again.
+void ImportFolders::takeBack() {
+    m_changes.takeBack();
+    m_seenChanges.reset();
+    std::unordered_set<Uuid> there;
+    for (const auto& folder : m_library.folders.fetchAllFolders())
+        there.insert(folder.id);
+    const auto isGone = [&](const auto& entry) { return !there.contains(entry.second); };
+    std::erase_if(m_folders, isGone);
+    std::erase_if(m_made, isGone);
 }
 
 }  // namespace corvel

@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -62,6 +63,10 @@ public:
     ImportReport takeReport() { return std::move(m_report); }
 
 private:
+    struct Read {
+        std::shared_ptr<ImportUnit> unit;
+        ImportFolders::Place place;
+    };
     struct Borrowed {
         Uuid noteID;
         std::filesystem::path path;  // of the Markdown file
@@ -93,8 +98,7 @@ private:
         } else if (!m_walker.isEmpty() && !isMuchRead()) {
             read();
         } else if (!m_read.empty()) {
-            m_bytesRead = 0;
-            m_batch.add(std::exchange(m_read, {}));
+            storeRead();
         } else if (!m_borrowed.empty()) {
             takeBorrowed();
         } else {
@@ -135,17 +139,22 @@ private:
     void read() {
         const auto deadline = Clock::now() + kSlice;
         do {
-            const auto file = m_walker.take();
-            ++m_takenCount;
-            auto unit = ImportUnit::read(file.path);
-            if (const auto* fault = std::get_if<ImportFault>(&unit)) {
-                m_report.skipped.push_back({file.path, *fault});
-            } else if (placed(std::get<ImportUnit>(unit), file)) {
-                m_bytesRead += std::get<ImportUnit>(unit).size();
-                m_read.push_back(
-                    std::make_shared<ImportUnit>(std::get<ImportUnit>(std::move(unit))));
-            }
+            readOne(m_walker.take());
         } while (!m_walker.isEmpty() && !isMuchRead() && Clock::now() < deadline);
+    }
+
+    void readOne(const ImportWalker::File& file) {
+        ++m_takenCount;
+        auto read = ImportUnit::read(file.path);
+        if (const auto* fault = std::get_if<ImportFault>(&read)) {
+            m_report.skipped.push_back({file.path, *fault});
+            return;
+        }
+        auto unit = std::make_shared<ImportUnit>(std::get<ImportUnit>(std::move(read)));
+        if (!isWanted(*unit)) return;
+        m_bytesRead += unit->size();
+        m_read.push_back({unit, {file.library, file.folder, std::move(unit->folders)}});
+        m_folders.want(m_read.back().place);
     }
 
     void makeFolders() {
@@ -157,15 +166,27 @@ private:
         }
     }
 
-    bool placed(ImportUnit& unit, const ImportWalker::File& file) {
+    bool isWanted(ImportUnit& unit) {
         try {
-            if (unit.isFromLibrary && !hasOwnIDs(unit)) return false;
-            unit.note.folderIDs = m_folders.foldersOf(file.library, file.folder, unit.folders);
-            return true;
+            return !unit.isFromLibrary || hasOwnIDs(unit);
         } catch (const StoreError& error) {
             fail(unit, error);
             return false;
         }
+    }
+
+    void storeRead() {
+        std::vector<ImportBatch::Unit> units;
+        for (const auto& [unit, place] : std::exchange(m_read, {})) {
+            try {
+                unit->note.folderIDs = m_folders.foldersAt(place);
+                units.push_back(unit);
+            } catch (const StoreError& error) {
+                fail(*unit, error);
+            }
+        }
+        m_bytesRead = 0;
+        if (!units.empty()) m_batch.add(std::move(units));
     }
 
     // What a file says its ids are holds if they are free. False for a note that is there already.
@@ -210,7 +231,7 @@ private:
             if (const auto attachment = readListedFile(path, file)) {
                 m_library.attachments.create(*attachment, noteID);
             } else {
-                m_report.missingImages.push_back(path.parent_path() / file.path);
+                tellMissing(path.parent_path() / file.path);
             }
         } catch (const StoreError& error) {
             logLine(std::string("Error importing image: ") + error.what());
@@ -223,16 +244,19 @@ private:
         ++m_report.imported;
         const bool isListed = !unit.note.isTrashed && !unit.note.isArchived;
         if (isListed) m_report.lastNoteID = unit.note.id;
-        m_report.missingImages.insert(m_report.missingImages.end(), unit.missingImages.begin(),
-                                      unit.missingImages.end());
-        for (const auto& image : unit.missingImages) {
-            logLine("Error importing image " + text::repaired(image.string()));
-        }
+        for (const auto& image : unit.missingImages)
+            tellMissing(image);
         const auto row = m_library.listing.rowOf(unit.note.id);
         if (row && !unit.note.isTrashed) {
             m_library.searchIndex.noteChanged(*row, unit.note.title, unit.note.content,
                                               unit.note.modifiedAt);
         }
+    }
+
+    void tellMissing(const std::filesystem::path& image) {
+        if (!m_missing.insert(image).second) return;
+        m_report.missingImages.push_back(image);
+        logLine("Error importing image " + text::repaired(image.string()));
     }
 
     void fail(const ImportUnit& unit, const StoreError& error) {
@@ -247,10 +271,11 @@ private:
     Done m_done;
     ImportReport m_report;
     Checkpoints m_checkpoints;
-    std::vector<ImportBatch::Unit> m_read;
+    std::vector<Read> m_read;
     std::size_t m_bytesRead = 0;
     ImportBatch m_batch;
     std::vector<Borrowed> m_borrowed;
+    std::set<std::filesystem::path> m_missing;
     std::unordered_set<Uuid> m_noteIDs;
     std::unordered_set<Uuid> m_attachmentIDs;
     std::size_t m_takenCount = 0;

@@ -18,8 +18,10 @@
 namespace corvel {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
@@ -51,6 +53,13 @@ protected:
         std::vector<std::string> found;
         for (const auto& note : notes())
             found.push_back(note.title);
+        return found;
+    }
+
+    std::vector<std::string> folderNames() {
+        std::vector<std::string> found;
+        for (const auto& folder : library->folders.fetchAllFolders())
+            found.push_back(folder.name);
         return found;
     }
 
@@ -216,8 +225,9 @@ TEST_F(MarkdownImporterTest, ImagesOfTheTextBecomeAttachments) {
     const std::string text =
         "![A](../img/a%20b.png \"T\") `![](../img/a%20b.png)`\n<img src=\"../img/a b.png\">"
         "![](../secret.txt) ![](gone.png) ![](../large.png) ![](http://x/y.png)";
-    const auto report = import({disk.write("notes/n.md", text)});
-    ASSERT_EQ(report.imported, 1U);
+    const auto another = disk.write("notes/a.md", "![](gone.png)");
+    const auto report = import({another, disk.write("notes/n.md", text)});
+    ASSERT_EQ(report.imported, 2U);
     const auto note = library.stored(*report.lastNoteID);
     const auto attachments = library->attachments.fetchAttachments(note.id);
     ASSERT_EQ(attachments.size(), 1U);
@@ -229,7 +239,7 @@ TEST_F(MarkdownImporterTest, ImagesOfTheTextBecomeAttachments) {
               "![A](" + url + " \"T\") `![](../img/a%20b.png)`\n<img src=\"" + url +
                   "\">![](../secret.txt) ![](gone.png) ![](../large.png) ![](http://x/y.png)");
     EXPECT_THAT(report.missingImages,
-                ElementsAre(disk.path() / "secret.txt", disk.path() / "notes/gone.png",
+                ElementsAre(disk.path() / "notes/gone.png", disk.path() / "secret.txt",
                             disk.path() / "large.png"));
 }
 
@@ -293,6 +303,65 @@ TEST_F(MarkdownImporterTest, AFileThatTheStoreRefusesSpoilsNoOther) {
     EXPECT_EQ(notes().size(), 100U);
     library.reopen();
     EXPECT_EQ(notes().size(), 100U);
+}
+
+TEST_F(MarkdownImporterTest, AFolderRefusedByAFullDiskComesOnceLater) {
+    library.close();
+    FullDisk::makePossible();
+    library.open();
+    for (const char* file : {"in/Work/Deep/1.md", "in/Work/Deep/2.md", "in/Work/3.md"})
+        disk.write(file, "# A note");
+    ImportOptions options;
+    options.keepFolders = true;
+    {
+        const FullDisk full;
+        EXPECT_EQ(import({disk.path() / "in"}, options).skipped.size(), 3U);
+    }
+    library->folders.createFolder("a later save", {});
+    EXPECT_EQ(import({disk.path() / "in"}, options).imported, 3U);
+    EXPECT_THAT(folderNames(), ElementsAre("Deep", "Work", "a later save"));
+}
+
+TEST_F(MarkdownImporterTest, AFolderMadeByHandMeanwhileIsUsed) {
+    for (int i = 0; i < 1000; ++i)
+        disk.write("in/A/" + std::to_string(i) + ".md", "# A note");
+    disk.write("in/B/last.md", "# Last");
+    ImportOptions options;
+    options.keepFolders = true;
+    MarkdownImporter importer(*library);
+    std::optional<ImportReport> answer;
+    std::optional<Uuid> byHand;
+    importer.start(
+        {disk.path() / "in"}, options,
+        [&](std::size_t done, std::size_t) {
+            if (done > 0 && !byHand) byHand = library->folders.createFolder("B", {}).id;
+        },
+        [&](const ImportReport& report) { answer = report; });
+    ASSERT_TRUE(turnUntil([&] { return answer.has_value(); }));
+    EXPECT_THAT(folderNames(), ElementsAre("A", "B"));
+    ASSERT_TRUE(byHand);
+    EXPECT_EQ(library->folders.fetchFolder(*byHand)->noteCount, 1);
+}
+
+// What a file of an export tells of its folders is whatever somebody wrote there.
+TEST_F(MarkdownImporterTest, AFileCannotAskForFoldersWithoutEnd) {
+    std::string deep;
+    std::string told;
+    for (int i = 0; i < 2000; ++i) {
+        deep += "a/";
+        told += ", \"f" + std::to_string(i) + "\"";
+    }
+    disk.write("in/corvel-library.json", R"({"format":"qno-corvel-library","folders":[]})");
+    disk.write("in/n.md", "---\ncorvel: 1\nfolders: [\"../out\", \"" + deep + "\"" + told +
+                              "]\n---\n# A note");
+    ImportOptions options;
+    options.keepFolders = true;
+    EXPECT_EQ(import({disk.path() / "in"}, options).imported, 1U);
+    const auto names = folderNames();
+    EXPECT_EQ(names.size(), 1000U);
+    EXPECT_THAT(names, Contains("f0"));
+    EXPECT_THAT(names, Not(Contains("a")));
+    EXPECT_EQ(notes().front().folderIDs.size(), 1000U);
 }
 
 // A file that was copied in the folder by hand says it is the same note.
