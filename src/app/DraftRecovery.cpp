@@ -86,7 +86,7 @@ void DraftRecovery::createFrom(const Draft& draft, const std::optional<Note>& st
     note.content = draft.text;
     note.createdAt = note.modifiedAt = Date::now();
     if (stored) note.folderIDs = stored->folderIDs;
-    m_notes.create(note);
+    m_notes.createOrRefuse(note);
     m_recovered.push_back({note.id, note.title, true});
 }
 

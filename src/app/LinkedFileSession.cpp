@@ -360,7 +360,7 @@ bool LinkedFileSession::keepBoth(const Versions& seen) {
     copy.sourceFilePath.reset();
     copy.bookmarkData.reset();
     try {
-        m_notes.create(copy);
+        m_notes.createOrRefuse(copy);
     } catch (const StoreError& error) {
         logError("Error creating note:", error);
         return false;

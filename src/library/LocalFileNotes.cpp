@@ -64,7 +64,7 @@ Note LocalFileNotes::create(const std::filesystem::path& path) {
     note.modifiedAt = std::min(linked.file.modifiedAt, now);
     note.createdAt = note.modifiedAt;
     if (stamp.bornAt != 0) note.createdAt = std::min(note.createdAt, Date{stamp.bornAt / 1000});
-    m_notes.create(note);
+    m_notes.createOrRefuse(note);
     return note;
 }
 

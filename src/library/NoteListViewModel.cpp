@@ -336,7 +336,8 @@ std::optional<Uuid> NoteListViewModel::createNote() {
         m_library.notes.create(note);
     } catch (const StoreError& error) {
         logFailure("Error creating note:", error);
-        return std::nullopt;
+        // Where the store keeps it for the next save, it can be written in.
+        if (!m_library.listing.rowOf(note.id)) return std::nullopt;
     }
     m_created.emit(note.id);
     return note.id;

@@ -110,6 +110,18 @@ void NoteRepository::create(const Note& note) {
     applyAndSave(insertion(note), {}, NoteChange::Kind::created, note.id, &note);
 }
 
+void NoteRepository::createOrRefuse(const Note& note) {
+    {
+        ViewContext::Batch creation(m_context);
+        creation.apply([&] {
+            m_context.apply(insertion(note));
+            m_context.save();
+        });
+    }
+    if (const auto row = noteWriter::rowOf(m_context.database(), note.id))
+        m_changed.emit({NoteChange::Kind::created, *row, note.id, &note});
+}
+
 void NoteRepository::createUnsaved(const Note& note) {
     m_context.apply(insertion(note));
 }

@@ -49,6 +49,10 @@ public:
     void restoreFromTrash(const Uuid& id) override;
     void deletePermanently(const Uuid& id) override;
 
+    /// As `create`; of a note that cannot be saved nothing stays for the next save, so that trying
+    /// again makes no second one. For text that is safe elsewhere.
+    void createOrRefuse(const Note& note);
+
     /// Every note that mirrors a file, those in archive and trash included.
     std::vector<LinkedNote> fetchLinkedNotes() const;
     /// Where the file of note `id` is now: no change of the note. Announced only when the path is

@@ -193,6 +193,30 @@ TEST_F(DraftRecoveryTest, ADraftOutlivesAStoreThatRefuses) {
     EXPECT_THAT(run.drafts(), IsEmpty());
 }
 
+TEST_F(DraftRecoveryTest, ACopyThatTheStoreRefusedComesOnceWhenThereIsRoom) {
+    FullDisk::makePossible();
+    const Uuid id = crashAfterTyping("saved", ", typed");
+    const auto late = folder.path() / "late.draft";
+    std::filesystem::copy_file(draftsIn(draftFolder()).front(), late);
+    {
+        ProgramRun run(folder.path());
+        run.session.library.notes.deletePermanently(id);
+    }
+    std::filesystem::rename(late, draftFolder() / "late.draft");
+    testing::internal::CaptureStdout();
+    {
+        auto full = std::make_unique<FullDisk>();
+        ProgramRun run(folder.path());
+        EXPECT_THAT(run.recovered, IsEmpty());
+        full.reset();
+        run.session.list.createNote();  // what is unsaved is saved with it
+    }
+    testing::internal::GetCapturedStdout();
+    const ProgramRun run(folder.path());
+    EXPECT_THAT(run.recovered, SizeIs(1));
+    EXPECT_THAT(run.session.library.notes.search("saved, typed"), SizeIs(1));
+}
+
 TEST_F(DraftRecoveryTest, NothingIsSaidOfWordsThatWereSavedAndDamageIsSetAside) {
     const Uuid id = crashAfterTyping("a", "b");
     const auto draft = draftsIn(draftFolder()).at(0);

@@ -193,7 +193,9 @@ TEST_F(NoteListViewModelTest, AFailureIsOneLineAndTheListStays) {
     {
         const FullDisk fullDisk;
         fullList.moveToTrash({note.id});
-        fullList.createNote();
+        const auto created = fullList.createNote();
+        ASSERT_TRUE(created) << "it can be written in, and is saved with what is written";
+        EXPECT_TRUE(fullList.positionOf(*created));
     }
     const auto printed = testing::internal::GetCapturedStdout();
     EXPECT_EQ(printed,
