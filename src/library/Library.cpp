@@ -1,6 +1,7 @@
 #include "library/Library.h"
 
 #include "library/DerivedRows.h"
+#include "library/NoteReader.h"
 #include "model/PersistenceController.h"
 
 namespace corvel {
@@ -28,17 +29,12 @@ Library::Library(PersistenceController& store)
 }
 
 void Library::updateSearchIndex(const NoteChange& change) {
-    if (change.kind == NoteChange::Kind::deleted) {
-        searchIndex.noteRemoved(change.row);
-        return;
-    }
-    // Pin and archive do not matter to the index; the trash does.
-    std::optional<Note> stored;
-    const Note* note = change.note;
-    if (note == nullptr) {
-        stored = notes.fetchNote(change.id);
-        if (stored) note = &*stored;
-    }
+    using Kind = NoteChange::Kind;
+    if (change.kind == Kind::marked) return;
+    std::optional<Note> restored;
+    if (change.kind == Kind::restored)
+        restored = noteReader::readText(controller.viewContext().database(), change.row);
+    const Note* note = restored ? &*restored : change.note;
     if (note == nullptr || note->isTrashed) {
         searchIndex.noteRemoved(change.row);
     } else {

@@ -307,6 +307,20 @@ std::optional<NoteSummary> NoteListViewModel::summaryAt(std::size_t position) co
     return position < m_rows.size() ? summaryOf(m_rows[position]) : std::nullopt;
 }
 
+std::vector<Uuid> NoteListViewModel::idsAt(const std::vector<std::size_t>& positions) const {
+    std::vector<Uuid> ids;
+    try {
+        const ReadTransaction reading(m_library.controller.viewContext().database());
+        for (const auto position : positions) {
+            const auto id = m_library.listing.idOf(m_rows.at(position));
+            if (id) ids.push_back(*id);
+        }
+    } catch (const StoreError& error) {
+        logFailure("Error loading notes:", error);
+    }
+    return ids;
+}
+
 std::optional<NoteSummary> NoteListViewModel::summaryOf(RowId row) const {
     try {
         auto summary = m_library.listing.summary(row);

@@ -62,6 +62,8 @@ public:
     /// None when the note has gone meanwhile.
     std::optional<NoteSummary> summaryAt(std::size_t position) const;
     std::optional<NoteSummary> summaryOf(RowId row) const;
+    /// Notes that have gone meanwhile are left out.
+    std::vector<Uuid> idsAt(const std::vector<std::size_t>& positions) const;
     std::optional<std::size_t> positionOf(const Uuid& id) const;
     /// Reads the first rows at once, the others when the main loop has nothing else to do.
     void open();

@@ -319,6 +319,13 @@ std::optional<RowId> NoteListing::rowOf(const Uuid& id) const {
     return query.integer(0);
 }
 
+std::optional<Uuid> NoteListing::idOf(RowId row) const {
+    auto query = m_context.database().query("SELECT id FROM note WHERE pk=?");
+    query.bind(row);
+    if (!query.next()) return std::nullopt;
+    return query.uuid(0);
+}
+
 NoteCounts NoteListing::counts() const {
     NoteCounts counts;
     auto query = m_context.database().query("SELECT name, value FROM counter");

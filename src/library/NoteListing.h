@@ -33,6 +33,7 @@ public:
 
     std::optional<NoteSummary> summary(RowId row) const;
     std::optional<RowId> rowOf(const Uuid& id) const;
+    std::optional<Uuid> idOf(RowId row) const;
     NoteCounts counts() const;
     /// Distinct tag paths in the text of notes that are neither trashed nor archived.
     std::vector<std::string> tagPaths() const;

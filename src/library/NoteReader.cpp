@@ -64,20 +64,22 @@ Note scalarsOf(const Query& query) {
 
 }  // namespace
 
+std::optional<Note> readText(Database& database, RowId row) {
+    auto query = database.query(
+        "SELECT id, title, content, createdAt, modifiedAt, isPinned, isArchived, isTrashed, "
+        "trashedAt,"
+        " wordCount, syncStatus, sourceFilePath, bookmarkData"
+        " FROM note LEFT JOIN noteContent ON notePk=pk WHERE pk=?");
+    query.bind(row);
+    if (!query.next()) return std::nullopt;
+    return scalarsOf(query);
+}
+
 std::optional<Note> read(Database& database, RowId row, Subtags subtags) {
-    Note note;
-    {
-        auto query = database.query(
-            "SELECT id, title, content, createdAt, modifiedAt, isPinned, isArchived, isTrashed, "
-            "trashedAt,"
-            " wordCount, syncStatus, sourceFilePath, bookmarkData"
-            " FROM note LEFT JOIN noteContent ON notePk=pk WHERE pk=?");
-        query.bind(row);
-        if (!query.next()) return std::nullopt;
-        note = scalarsOf(query);
-    }
-    note.tags = subtags == Subtags::with ? readTags(database, row) : readPlainTags(database, row);
-    note.folderIDs = readFolderIDs(database, row);
+    auto note = readText(database, row);
+    if (!note) return std::nullopt;
+    note->tags = subtags == Subtags::with ? readTags(database, row) : readPlainTags(database, row);
+    note->folderIDs = readFolderIDs(database, row);
     return note;
 }
 

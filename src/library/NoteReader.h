@@ -17,6 +17,9 @@ enum class Subtags { with, without };
 /// The whole note; none when there is no such row.
 std::optional<Note> read(Database& database, RowId row, Subtags subtags = Subtags::with);
 
+/// The note without its tags and folders, which many notes in a row need not read.
+std::optional<Note> readText(Database& database, RowId row);
+
 /// A tag with its sub-tags.
 Tag readTag(Database& database, std::int64_t tagKey);
 

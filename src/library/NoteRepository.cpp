@@ -154,34 +154,34 @@ void NoteRepository::renewLink(const Uuid& id,
             .run();
     };
     if (path != note->sourceFilePath) {
-        return applyAndSave(std::move(change), {}, NoteChange::Kind::stateChanged, id, nullptr);
+        return applyAndSave(std::move(change), {}, NoteChange::Kind::marked, id, nullptr);
     }
     m_context.apply(std::move(change), "link " + id.toString());
     m_context.save();
 }
 
 void NoteRepository::togglePin(const Uuid& id) {
-    changeState(id, [](Database& database, RowId row) {
+    changeState(id, NoteChange::Kind::marked, [](Database& database, RowId row) {
         noteWriter::updateState(database, row,
                                 "UPDATE note SET isPinned=NOT isPinned, syncStatus=1 WHERE pk=?");
     });
 }
 
 void NoteRepository::toggleArchive(const Uuid& id) {
-    changeState(id, [](Database& database, RowId row) {
+    changeState(id, NoteChange::Kind::marked, [](Database& database, RowId row) {
         noteWriter::updateState(
             database, row, "UPDATE note SET isArchived=NOT isArchived, syncStatus=1 WHERE pk=?");
     });
 }
 
 void NoteRepository::moveToTrash(const Uuid& id) {
-    changeState(id, [now = Date::now()](Database& database, RowId row) {
+    changeState(id, NoteChange::Kind::trashed, [now = Date::now()](Database& database, RowId row) {
         noteWriter::moveToTrash(database, row, now);
     });
 }
 
 void NoteRepository::restoreFromTrash(const Uuid& id) {
-    changeState(id, [](Database& database, RowId row) {
+    changeState(id, NoteChange::Kind::restored, [](Database& database, RowId row) {
         noteWriter::updateState(
             database, row, "UPDATE note SET isTrashed=0, trashedAt=NULL, syncStatus=1 WHERE pk=?");
     });
@@ -200,11 +200,11 @@ void NoteRepository::deletePermanently(const Uuid& id) {
     }
 }
 
-void NoteRepository::changeState(const Uuid& id, RowChange change) {
+void NoteRepository::changeState(const Uuid& id, NoteChange::Kind kind, RowChange change) {
     auto applied = [id, change = std::move(change)](Database& database) {
         if (const auto row = noteWriter::rowOf(database, id)) change(database, *row);
     };
-    applyAndSave(std::move(applied), {}, NoteChange::Kind::stateChanged, id, nullptr);
+    applyAndSave(std::move(applied), {}, kind, id, nullptr);
 }
 
 void NoteRepository::applyAndSave(ViewContext::Change change,

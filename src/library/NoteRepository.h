@@ -15,7 +15,8 @@ class PersistenceController;
 
 /// What happened to a stored note.
 struct NoteChange {
-    enum class Kind { created, updated, stateChanged, deleted };
+    /// `marked`: what neither text nor trash tell of, a pin, the archive, the file it mirrors.
+    enum class Kind { created, updated, marked, trashed, restored, deleted };
     Kind kind;
     RowId row;
     Uuid id;
@@ -79,7 +80,7 @@ private:
                       NoteChange::Kind kind,
                       const Uuid& id,
                       const Note* note);
-    void changeState(const Uuid& id, RowChange change);
+    void changeState(const Uuid& id, NoteChange::Kind kind, RowChange change);
 
     PersistenceController& m_controller;
     ViewContext& m_context;

@@ -18,7 +18,6 @@ constexpr std::size_t kStep = 1000;
 
 TitleIndex::TitleIndex(ViewContext& context, NoteRepository& notes)
     : m_context(context)
-    , m_notes(notes)
     , m_changes(notes.signalChanged().connect(sigc::mem_fun(*this, &TitleIndex::noteChanged))) {}
 
 void TitleIndex::refresh() {
@@ -97,15 +96,21 @@ std::vector<RowId> TitleIndex::search(const FuzzyQuery& query, std::size_t limit
 }
 
 void TitleIndex::noteChanged(const NoteChange& change) {
-    if (!m_isRead && !m_reading) return;
+    using Kind = NoteChange::Kind;
+    // After that many the next refresh reads all anew.
+    if ((!m_isRead && !m_reading) || m_recent.size() > kMostRecent) return;
+    if (change.kind == Kind::marked) return;
     m_hidden.insert(change.row);
     std::erase_if(m_recent, [&](const auto& entry) { return entry.first == change.row; });
     m_newestRow = std::max(m_newestRow, change.row);
     m_isRecentStale = true;
-    if (change.kind == NoteChange::Kind::deleted) return;
-    const auto stored = change.note == nullptr ? m_notes.fetchNote(change.id) : std::nullopt;
-    const Note* note = stored ? &*stored : change.note;
-    if (note != nullptr && !note->isTrashed) m_recent.emplace_back(change.row, note->title);
+    if (change.note != nullptr) {
+        if (!change.note->isTrashed) m_recent.emplace_back(change.row, change.note->title);
+    } else if (change.kind == Kind::restored) {
+        auto query = m_context.database().query("SELECT title FROM note WHERE pk=?");
+        query.bind(change.row);
+        if (query.next()) m_recent.emplace_back(change.row, query.string(0));
+    }
 }
 
 void TitleIndex::readRecent() {

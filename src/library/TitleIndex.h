@@ -52,7 +52,6 @@ private:
     void readSome();
 
     ViewContext& m_context;
-    NoteRepository& m_notes;
     bool m_isRead = false;
     std::optional<Reading> m_reading;
     RowId m_newestRow = 0;

@@ -129,13 +129,11 @@ NoteRow* NoteListView::rowAt(guint position) const {
 }
 
 std::vector<Uuid> NoteListView::selectedNotes() const {
-    std::vector<Uuid> ids;
     const auto selected = m_selection->get_selection();
-    for (guint i = 0; i < selected->get_size(); ++i) {
-        const auto note = m_session.list.summaryAt(selected->get_nth(i));
-        if (note) ids.push_back(note->id);
-    }
-    return ids;
+    std::vector<std::size_t> positions;
+    for (guint i = 0; i < selected->get_size(); ++i)
+        positions.push_back(selected->get_nth(i));
+    return m_session.list.idsAt(positions);
 }
 
 Glib::RefPtr<Gdk::ContentProvider> NoteListView::dragContent(const NoteRow* row) const {

@@ -14,6 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 std::optional<MatchRank> rankOf(const std::string& query, const std::string& title) {
     return FuzzyQuery(query).rank(text::foldedForSearch(title));
@@ -121,6 +122,24 @@ TEST_F(TitleIndexTest, FollowsWhatHappensToNotes) {
     library.controller().viewContext().save();
     index.refresh();
     EXPECT_THAT(search("import"), ElementsAre("Plan z importu")) << "also what came unannounced";
+}
+
+TEST_F(TitleIndexTest, FollowsMoreChangesThanItKeepsApart) {
+    std::vector<Uuid> ids;
+    for (int i = 0; i < 520; ++i)
+        ids.push_back(add("Plan " + std::to_string(i), i).id);
+    index.refresh();
+    for (const auto& id : ids)
+        library->notes.moveToTrash(id);
+    index.refresh();
+    EXPECT_THAT(search("plan"), IsEmpty());
+    for (const auto& id : ids)
+        library->notes.restoreFromTrash(id);
+    library->notes.moveToTrash(ids.back());
+    library->notes.deletePermanently(ids[518]);
+    index.refresh();
+    EXPECT_THAT(search("plan", 1000), SizeIs(518));
+    EXPECT_THAT(search("plan", 1), ElementsAre("Plan 517"));
 }
 
 }  // namespace
