@@ -1,6 +1,9 @@
 #include "platform/WholeFile.h"
 #include "support/FileSizeLimit.h"
+#include "support/Mount.h"
+#include "support/OnNewFile.h"
 #include "support/OtherUser.h"
+#include "support/RefusedAttributes.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +12,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
 #include <optional>
+#include <string_view>
 
 namespace corvel {
 namespace {
@@ -73,6 +78,39 @@ TEST_F(WholeFileTest, KeepsModeOwnerAttributesAndTheLinkThatLeadsToTheFile) {
     if (hasAttributes) {
         EXPECT_EQ(::getxattr(note.c_str(), "user.colour", colour, 3), 3);
     }
+}
+
+// Where its access list cannot be kept, another file would be open to others or closed to them.
+TEST_F(WholeFileTest, KeepsTheAccessListOrTheFile) {
+    // Version 2: the owner and one more user write, the group and all others see nothing.
+    constexpr std::string_view kList{
+        "\2\0\0\0"
+        "\1\0\6\0\xFF\xFF\xFF\xFF"
+        "\2\0\6\0\xD2\4\0\0"
+        "\4\0\0\0\xFF\xFF\xFF\xFF"
+        "\x10\0\6\0\xFF\xFF\xFF\xFF"
+        "\x20\0\0\0\xFF\xFF\xFF\xFF",
+        44};
+    constexpr auto kName = "system.posix_acl_access";
+    if (::setxattr(note.c_str(), kName, kList.data(), kList.size(), 0) != 0)
+        GTEST_SKIP() << "no access lists here";
+    const auto list = [this] {
+        std::string value(100, '\0');
+        const auto size = ::getxattr(note.c_str(), kName, value.data(), value.size());
+        return value.substr(0, static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    };
+    const auto inode = stampOf(note)->inode;
+    {
+        const RefusedAttributes refused;
+        writeWholeFile(note, "in place");
+    }
+    EXPECT_EQ(list(), kList);
+    EXPECT_EQ(stampOf(note)->inode, inode);
+    EXPECT_EQ(strays(), 0U);
+    EXPECT_EQ(writeWholeFile(note, "new").size, 3U);
+    EXPECT_EQ(list(), kList);
+    EXPECT_NE(stampOf(note)->inode, inode);
+    EXPECT_EQ(bytesOf(note), "new");
 }
 
 TEST_F(WholeFileTest, MakesAFileWhereALinkLeadsNowhereYet) {
@@ -146,6 +184,20 @@ TEST_F(WholeFileTest, AFullVolumeLeavesTheFileWhole) {
     EXPECT_EQ(bytesOf(note), "old");
 }
 
+// File systems that cannot keep room are filled block by block.
+TEST_F(WholeFileTest, AFileThatWasMadeLongerInVainIsAsLongAsBefore) {
+    const auto place = folder.path() / "place";
+    fs::create_directory(place);
+    const Mount volume = Mount::withoutRoomToKeep(place);
+    if (!volume.isMounted()) GTEST_SKIP() << "needs root";
+    note = place / "note.md";
+    writeWholeFile(note, "old");
+    fs::create_hard_link(note, place / "other.md");
+    const FileSizeLimit full(100'000);
+    EXPECT_EQ(faultOfWriting(std::string(200'000, 'x')), FileFault::diskFull);
+    EXPECT_EQ(bytesOf(note), "old");
+}
+
 TEST_F(WholeFileTest, RefusesWhatIsNoFileWithoutWaitingForIt) {
     const auto pipe = folder.path() / "pipe.md";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0666), 0);
@@ -175,6 +227,21 @@ TEST_F(WholeFileTest, OverwritesNothingThatItDidNotExpect) {
     fs::remove(note);
     EXPECT_EQ(faultOf([&] { writeWholeFile(note, "mine", known); }), FileFault::missing);
     EXPECT_FALSE(fs::exists(note));
+}
+
+TEST_F(WholeFileTest, OverwritesNothingThatCameWhileItWasWriting) {
+    const auto known = readWholeFile(note, kAny).stamp;
+    bool isWritten = false;
+    {
+        const OnNewFile others(folder.path(), [&] {
+            std::ofstream(note) << "theirs";
+            isWritten = true;
+        });
+        EXPECT_EQ(faultOf([&] { writeWholeFile(note, "mine", known); }), FileFault::changed);
+    }
+    EXPECT_TRUE(isWritten);
+    EXPECT_EQ(bytesOf(note), "theirs");
+    EXPECT_EQ(strays(), 0U);
 }
 
 TEST_F(WholeFileTest, AWrittenFileBearsTheStampThatWasGivenBack) {

@@ -18,6 +18,10 @@ public:
     static Mount ofSize(const std::filesystem::path& folder, const std::string& size) {
         return {folder, "tmpfs", "size=" + size, FileDescriptor()};
     }
+    /// In memory, without a limit and without a way to make sure of room beforehand.
+    static Mount withoutRoomToKeep(const std::filesystem::path& folder) {
+        return {folder, "ramfs", "", FileDescriptor()};
+    }
     /// Whoever looks at a file there waits until this is gone.
     static Mount silent(const std::filesystem::path& folder) {
         FileDescriptor server(::open("/dev/fuse", O_RDWR | O_CLOEXEC));
