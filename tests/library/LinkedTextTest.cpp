@@ -43,6 +43,8 @@ TEST(LinkedText, NewLinesGetTheFilesUsualEndAndOldOnesKeepTheirs) {
         {"a\r\nb\nc\r\nd\r\n", "a\nb\nX\nd\n", "a\r\nb\nX\r\nd\r\n"},
         {"a\r\nb\nc\r\nd\r\n", "a\nc\nd\n", "a\r\nc\r\nd\r\n"},
         {"a\nb\r\nc\nd\ne", "0\na\nb\nc\nd\ne\nf", "0\na\nb\r\nc\nd\ne\nf"},
+        // Of lines that are there twice each keeps its own.
+        {"a\r\nx\nx\r\nb\r\n", "A\nx\nx\nB\n", "A\r\nx\nx\r\nB\r\n"},
         // A line is moved: it takes its end along.
         {"a\nb\nc\r\nd\ne\n", "c\na\nb\nd\ne\n", "c\r\na\nb\nd\ne\n"},
         // A carriage return of the text is none of a line end's.
