@@ -288,6 +288,25 @@ TEST_F(DraftRecoveryTest, ATitleAloneComesBackToo) {
     EXPECT_EQ(run.stored(id), "# Plan for today");
 }
 
+TEST_F(DraftRecoveryTest, ATitleOfWordsThatTheNoteGotAnotherWayComesBackWithoutASecondNote) {
+    const Uuid id = crashAfterTyping("0", "");
+    std::filesystem::remove_all(draftFolder());
+    {
+        ProgramRun run(folder.path());
+        Note note = run.session.library.notes.fetchNote(id).value();
+        note.content = "01";
+        run.session.library.notes.update(note);
+    }
+    DraftJournal journal(draftFolder());
+    journal.add({1, 0, "1"});
+    journal.addTitle("Own");
+    journal.flush(id, "0", {});
+    ProgramRun run(folder.path());
+    EXPECT_EQ(run.session.library.notes.fetchNote(id)->title, "Own");
+    EXPECT_EQ(run.stored(id), "01");
+    EXPECT_EQ(run.session.list.size(), 1U);
+}
+
 // A store that refused for several runs leaves several drafts of one note.
 TEST_F(DraftRecoveryTest, DraftsOfOneNoteAreTakenInTheOrderTheyWereWritten) {
     const Uuid id = crashAfterTyping("0", "");

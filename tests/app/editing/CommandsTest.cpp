@@ -90,6 +90,17 @@ TEST(BlockCommands, HeadingsGoThroughTheirLevels) {
     EXPECT_EQ(heading("> #|tag"), "> # #|tag");
 }
 
+// Where marks are exchanged or taken away the cursor stays with the words, the end of a selection
+// with what is before it.
+TEST(BlockCommands, ACursorWithinMarksGoesToTheirEdge) {
+    EXPECT_EQ(heading("#|# Title"), "### |Title");
+    EXPECT_EQ(heading("|## Title"), "|### Title");
+    EXPECT_EQ(heading("^# a\n#| b"), "^## a\n|## b");
+    EXPECT_EQ(heading("#^# a\n## b|"), "### ^a\n### b|");
+    EXPECT_EQ(tasks("- [|x] milk"), "|milk");
+    EXPECT_EQ(tasks("- [ ] a\n- [^ ] b|\nc"), "- [ ] a\n^b|\nc");
+}
+
 TEST(BlockCommands, TasksAreMadeAndUnmade) {
     EXPECT_EQ(tasks("buy| milk"), "- [ ] buy| milk");
     EXPECT_EQ(tasks("- [x] buy| milk"), "buy| milk");
