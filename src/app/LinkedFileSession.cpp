@@ -157,8 +157,8 @@ void LinkedFileSession::compare(LinkedFile file, Certainty certainty) {
     }
     // What is not saved yet comes back here when it is.
     m_theirs.reset();
-    if (m_editor.isEdited()) return setState(LinkState::Kind::inStep);
-    writeBack(file);
+    if (!m_editor.isEdited()) return writeBack(file);
+    if (m_state.kind != LinkState::Kind::unwritable) setState(LinkState::Kind::inStep);
 }
 
 bool LinkedFileSession::isFileChanged(const LinkedFile& file) const {
@@ -261,9 +261,8 @@ void LinkedFileSession::moved(const std::filesystem::path& path) {
     m_state.path = path;
     m_monitor.stop();  // the next look watches it where it is now
     try {
-        const auto data = m_bookmark.encoded();
-        m_editor.setLink(path.string(), data);
-        m_notes.renewLink(*m_noteID, path.string(), data);
+        // The editor hears of it as of every change of the note's state.
+        m_notes.renewLink(*m_noteID, path.string(), m_bookmark.encoded());
     } catch (const StoreError& error) {
         logError("Error saving note:", error);
     }

@@ -50,6 +50,11 @@ protected:
     Kind state() const { return session->linkedFile.state().kind; }
     bool save() { return session->editor.save(); }
     LinkedFileSession::Versions seen() { return session->linkedFile.versions().value(); }
+    // All that needs no waiting, such as a search.
+    static void turnUntilIdle() {
+        while (Glib::MainContext::get_default()->iteration(false)) {
+        }
+    }
     bool turnsTo(Kind kind) {
         return turnUntil([&] { return state() == kind; });
     }
@@ -83,6 +88,15 @@ TEST_F(LinkedFileSessionTest, NothingIsWrittenWhenTheTextIsTheFiles) {
     session->editor.titleEdited("Another title");
     ASSERT_TRUE(save());
     EXPECT_EQ(stampOf(note), before);
+}
+
+TEST_F(LinkedFileSessionTest, AFileIsNotTouchedBeforeTheNoteIsSaved) {
+    openFile("# A\n");
+    const auto before = stampOf(note);
+    type("typed");
+    session->linkedFile.check();
+    EXPECT_EQ(stampOf(note), before);
+    EXPECT_EQ(state(), Kind::inStep);
 }
 
 TEST_F(LinkedFileSessionTest, WhatOthersWriteIsReadAgain) {
@@ -262,6 +276,9 @@ TEST_F(LinkedFileSessionTest, AFileThatMayNotBeWrittenLeavesTheTextInTheStore) {
     EXPECT_EQ(fileText(), "base\n");
     {
         const OtherUser user;
+        type("and more\n");
+        session->linkedFile.check();
+        EXPECT_EQ(state(), Kind::unwritable) << "typing on mends nothing";
         activate(CommandID::newNote);
     }
     EXPECT_EQ(left.path, note);
@@ -269,7 +286,7 @@ TEST_F(LinkedFileSessionTest, AFileThatMayNotBeWrittenLeavesTheTextInTheStore) {
     fs::permissions(note, fs::perms(0644));
     session->state.selectedNoteID.set(id);
     EXPECT_EQ(state(), Kind::inStep);
-    EXPECT_EQ(fileText(), "base\nmore\n") << "opening the note writes what was left";
+    EXPECT_EQ(fileText(), "base\nmore\nand more\n") << "opening the note writes what was left";
 }
 
 TEST_F(LinkedFileSessionTest, AVolumeWithoutRoomOrWriteAccessIsWrittenWhenItCan) {
@@ -386,6 +403,55 @@ TEST_F(LinkedFileSessionTest, AMovedFileIsFollowed) {
     ASSERT_TRUE(turnUntil([&] { return buffer == "theirs\n"; })) << "it is watched there";
 }
 
+// A file that was written is another one to its folder; the bookmark of it comes a second later.
+TEST_F(LinkedFileSessionTest, AFileThatMovesRightAfterItWasWrittenIsFollowed) {
+    openFile("base\n");
+    type("more\n");
+    ASSERT_TRUE(save());
+    fs::create_directory(files / "deep");
+    fs::rename(note, files / "deep/moved.md");
+    session->linkedFile.check();
+    turnUntilIdle();
+    EXPECT_EQ(session->linkedFile.state().path, files / "deep/moved.md");
+    EXPECT_EQ(state(), Kind::inStep);
+}
+
+TEST_F(LinkedFileSessionTest, AMoveThatTheStoreRefusedIsStoredWithTheNextSave) {
+    FullDisk::makePossible();
+    close();
+    open();
+    openFile("base\n");
+    const auto moved = files / "moved.md";
+    fs::rename(note, moved);
+    testing::internal::CaptureStdout();
+    {
+        const FullDisk full;
+        session->linkedFile.check();
+    }
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(session->linkedFile.state().path, moved);
+    type("more\n");
+    ASSERT_TRUE(save());
+    close();
+    open();
+    EXPECT_EQ(session->linkedFile.state().path, moved);
+    EXPECT_EQ(state(), Kind::inStep);
+}
+
+// So editors do that keep the version before.
+TEST_F(LinkedFileSessionTest, AFileThatComesBackDuringTheSearchIsTheOneThatIsMeant) {
+    openFile("base\n");
+    fs::create_directory(files / "versions");
+    const auto kept = files / "versions/note.md";
+    fs::rename(note, kept);
+    session->linkedFile.check();
+    write("theirs\n");
+    turnUntilIdle();
+    EXPECT_EQ(session->linkedFile.state().path, note);
+    EXPECT_EQ(buffer, "theirs\n");
+    EXPECT_EQ(readWholeFile(kept, 100).bytes, "base\n");
+}
+
 TEST_F(LinkedFileSessionTest, AVanishedFileLeavesTheNoteWithThreeWaysOut) {
     const auto id = openFile("base\r\nline\r\n");
     const auto vanish = [&] {
@@ -493,6 +559,11 @@ TEST_F(LinkedFileSessionTest, WhatIsNoTextAnyMoreIsNotTakenOver) {
     replace("base\n");
     ASSERT_TRUE(turnsTo(Kind::inStep));
     EXPECT_EQ(fileText(), "base\nmine\n");
+    replace(std::string("a\0b", 3));
+    ASSERT_TRUE(turnsTo(Kind::unreadable));
+    type("not saved yet");
+    replace("base\nmine\n");
+    EXPECT_TRUE(turnsTo(Kind::inStep));
 }
 
 TEST_F(LinkedFileSessionTest, TenThousandChangesAreAFewReloadsAndTheLastOneCounts) {
