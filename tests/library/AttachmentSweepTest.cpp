@@ -57,6 +57,20 @@ TEST_F(AttachmentSweepTest, WhatAnyTextNamesStaysAndTheRestGoesWithItsFile) {
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
+TEST_F(AttachmentSweepTest, ATextKeepsAllThatItNamesWhateverStandsBetween) {
+    Note owner = library.add("owner");
+    const Uuid first = attach(owner);
+    const Uuid second = attach(owner);
+    const Uuid third = attach(owner);
+    write(owner, reference(first) + " attachment:// attachment://" + reference(second));
+    library.add("copies " + reference(first) + reference(third));
+    AttachmentSweep sweep(*library);
+    finish(sweep);
+    EXPECT_TRUE(exists(first));
+    EXPECT_TRUE(exists(second));
+    EXPECT_TRUE(exists(third));
+}
+
 TEST_F(AttachmentSweepTest, AReferenceWrittenMeanwhileKeepsIt) {
     Note owner = library.add("owner");
     const Uuid id = attach(owner);
