@@ -1,4 +1,5 @@
-#include "app/LinkedFileSession.h"
+#include "app/LinkedFileSessionTest.h"
+
 #include "library/LinkedFileScan.h"
 #include "library/Notifications.h"
 #include "platform/FileDescriptor.h"
@@ -22,49 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = LinkState::Kind;
-
-class LinkedFileSessionTest : public testing::Test, protected TestSession {
-protected:
-    // Nothing is saved by a timer: each test says when.
-    LinkedFileSessionTest() : TestSession(3600) {
-        files = folder.path() / "files";
-        fs::create_directory(files);
-        fs::permissions(folder.path(), fs::perms(0755));
-        note = files / "note.md";
-    }
-
-    Uuid openFile(const std::string& bytes) {
-        write(bytes);
-        const auto id = session->list.createLocalFileNote(note).noteID.value();
-        session->state.selectedNoteID.set(id);
-        return id;
-    }
-    // As a shell does: the same inode, emptied and filled.
-    void write(const std::string& bytes) const { std::ofstream(note, std::ios::binary) << bytes; }
-    // As most editors do.
-    void replace(const std::string& bytes) const {
-        std::ofstream(files / "new", std::ios::binary) << bytes;
-        fs::rename(files / "new", note);
-    }
-    std::string fileText() const { return readWholeFile(note, 1'000'000).bytes; }
-    Kind state() const { return session->linkedFile.state().kind; }
-    bool save() { return session->editor.save(); }
-    LinkedFileSession::Versions seen() { return session->linkedFile.versions().value(); }
-    // All that needs no waiting, such as a search.
-    static void turnUntilIdle() {
-        while (Glib::MainContext::get_default()->iteration(false)) {
-        }
-    }
-    bool turnsTo(Kind kind) {
-        return turnUntil([&] { return state() == kind; });
-    }
-    std::optional<Bookmark> bookmarkOf(const Uuid& id) {
-        return Bookmark::decode(session->library.notes.fetchNote(id)->bookmarkData.value());
-    }
-
-    fs::path files;
-    fs::path note;
-};
 
 TEST_F(LinkedFileSessionTest, SavingWritesTheFileInItsOwnForm) {
     const auto id = openFile("\xEF\xBB\xBF# A\r\nb\r\n");
