@@ -10,31 +10,13 @@
 #include "platform/Text.h"
 #include "ui/BufferOffsets.h"
 #include "ui/NoteBuffers.h"
+#include "ui/UndoStep.h"
 
 #include <algorithm>
 
 namespace corvel {
 
 namespace {
-
-// Shorter ones are inserted at once: a character by itself could be taken for a typed one.
-constexpr std::size_t kLeastInTwo = 16;
-
-/// One undo step of its own. Inserted at once behind what was typed it would be joined to that, and
-/// undone with it; two insertions that do not follow each other stay apart.
-void insertAlone(Gtk::TextBuffer& buffer,
-                 const Gtk::TextBuffer::iterator& at,
-                 const std::string& text) {
-    if (text.size() < kLeastInTwo) {
-        buffer.insert(at, text);
-        return;
-    }
-    const auto head = text::prefixByBytes(text, text.size() / 2);
-    const auto place = buffer.create_mark(at, true);
-    buffer.insert(at, text.substr(head.size()));
-    buffer.insert(place->get_iter(), std::string(head));
-    buffer.delete_mark(place);
-}
 
 void changeBuffer(Gtk::TextBuffer& buffer,
                   std::size_t begin,
@@ -47,7 +29,7 @@ void changeBuffer(Gtk::TextBuffer& buffer,
         buffer.erase(buffer.get_iter_at_offset(first), buffer.get_iter_at_offset(last));
     }
     const int rest = buffer.get_char_count() - first;
-    if (!text.empty()) insertAlone(buffer, buffer.get_iter_at_offset(first), text);
+    if (!text.empty()) insertAsUndoStep(buffer, buffer.get_iter_at_offset(first), text);
     buffer.place_cursor(buffer.get_iter_at_offset(buffer.get_char_count() - rest));
     buffer.end_user_action();
 }

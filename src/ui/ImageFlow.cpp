@@ -4,6 +4,7 @@
 #include "app/texts/ImageTexts.h"
 #include "platform/Handle.h"
 #include "ui/FilePaths.h"
+#include "ui/UndoStep.h"
 
 #include <glibmm/convert.h>
 #include <glibmm/main.h>
@@ -263,10 +264,9 @@ void ImageFlow::insert(const Place& place, const std::string& markdown) {
     const auto& buffer = place.buffer;
     buffer->begin_user_action();
     if (place.replacesSelection) buffer->erase_selection(false, true);
-    // Alone, an insertion would be joined to what was typed before it, and undone with it. Two that
-    // do not follow each other stay a step of their own.
-    const auto tail = buffer->create_mark(buffer->insert(place.mark->get_iter(), ")"), false);
-    buffer->insert(place.mark->get_iter(), markdown.substr(0, markdown.size() - 1));
+    const auto at = place.mark->get_iter();
+    const auto tail = buffer->create_mark(at, false);
+    insertAsUndoStep(*buffer.get(), at, markdown);
     buffer->place_cursor(tail->get_iter());
     buffer->delete_mark(tail);
     buffer->end_user_action();
