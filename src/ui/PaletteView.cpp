@@ -1,5 +1,6 @@
 #include "ui/PaletteView.h"
 
+#include "app/Texts.h"
 #include "app/texts/PaletteTexts.h"
 #include "ui/Accessible.h"
 
@@ -177,6 +178,7 @@ void PaletteView::itemsChanged() {
     m_rows->splice(0, m_rows->get_n_items(), rows);
     const bool isEmpty = rows.empty();
     m_scroller.set_visible(!isEmpty);
+    m_nothing.set_text(m_session.texts(nothing()));
     m_nothing.set_visible(isEmpty);
     selectionChanged();
 }
@@ -189,10 +191,15 @@ void PaletteView::selectionChanged() {
     describe();
 }
 
+// Commands there are always: without a query only the library can be empty.
+const Text& PaletteView::nothing() const {
+    return m_entry.get_text().empty() ? texts::emptyLibrary : texts::paletteNothing;
+}
+
 // The focus stays in the field: what the arrows choose is read out as its description.
 void PaletteView::describe() {
     const auto& texts = m_session.texts;
-    std::string description = texts(texts::paletteNothing);
+    std::string description = texts(nothing());
     if (!m_model.items().empty()) {
         const auto& item = m_model.items()[m_model.selected()];
         description = item.label;
@@ -222,7 +229,7 @@ void PaletteView::relabel() {
     m_entry.set_placeholder_text(texts(name));
     setAccessibleLabel(m_entry, texts(name));
     setAccessibleLabel(m_list, texts(texts::paletteResults));
-    m_nothing.set_text(texts(texts::paletteNothing));
+    m_nothing.set_text(texts(nothing()));
 }
 
 }  // namespace corvel

@@ -36,6 +36,7 @@ private:
     void fitRows();
     void itemsChanged();
     void selectionChanged();
+    const Text& nothing() const;
     void describe();
     void activate();
     void relabel();
