@@ -40,15 +40,14 @@ public:
     void removeNoteFromAllFolders(const Uuid& noteID);
     void moveNoteToFolder(const Uuid& noteID, const Uuid& folderID);
 
+    std::vector<Uuid> folderIDsOf(const Uuid& noteID) const;
+
     /// Grows with every folder that is created, renamed or deleted: what was fetched before is old.
     std::size_t changeCount() const { return m_changeCount; }
 
-    std::vector<Uuid> folderIDsOf(const Uuid& noteID) const;
-
 private:
-    void changeLinks(const Uuid& noteID, std::function<void(Database&, RowId)> change);
-
     void change(std::function<void(Database&)> change);
+    void changeLinks(const Uuid& noteID, std::function<void(Database&, RowId)> change);
 
     ViewContext& m_context;
     std::size_t m_changeCount = 0;

@@ -38,64 +38,70 @@ void ImportFolders::begin(const std::vector<fs::path>& libraries) {
     }
 }
 
-void ImportFolders::want(const Place& place) {
-    for (auto& key : keysOf(place)) {
-        const bool isWanted = !m_wanted.empty() && m_wanted.back() == key;
-        if (!isWanted && !m_folders.contains(key)) m_wanted.push_back(std::move(key));
+std::vector<ImportFolders::Place> ImportFolders::want(
+    const Place& lies, const std::optional<std::vector<std::string>>& told) {
+    auto places = placesOf(lies, told);
+    for (const auto& place : places) {
+        const bool isKnown = place.second.empty() || m_folders.contains(place) ||
+                             (!m_wanted.empty() && m_wanted.back() == place);
+        if (!isKnown) m_wanted.push_back(place);
     }
+    return places;
 }
 
 void ImportFolders::work(std::chrono::steady_clock::time_point end) {
-    try {
-        m_changes.apply([&] {
-            ViewContext::Group group(m_library.controller.viewContext());
-            do {
-                makeNext();
-            } while (isBusy() && std::chrono::steady_clock::now() < end);
-            group.commit();
-        });
-    } catch (const StoreError&) {
-        takeBack();
-        throw;
-    }
+    makeWhole([&] {
+        ViewContext::Group group(m_library.controller.viewContext());
+        do {
+            makeNext();
+        } while (isBusy() && std::chrono::steady_clock::now() < end);
+        group.commit();
+    });
 }
 
-std::vector<Uuid> ImportFolders::foldersAt(const Place& place) {
+std::vector<Uuid> ImportFolders::foldersAt(const std::vector<Place>& places) {
     std::vector<Uuid> ids;
-    try {
-        m_changes.apply([&] {
-            for (const auto& key : keysOf(place)) {
-                if (const auto id = folderFor(key)) ids.push_back(*id);
-            }
-        });
-    } catch (const StoreError&) {
-        takeBack();
-        throw;
-    }
+    makeWhole([&] {
+        for (const auto& place : places) {
+            if (const auto id = folderFor(place)) ids.push_back(*id);
+        }
+    });
     return ids;
 }
 
-std::vector<ImportFolders::Key> ImportFolders::keysOf(const Place& place) const {
+std::vector<ImportFolders::Place> ImportFolders::placesOf(
+    const Place& lies, const std::optional<std::vector<std::string>>& told) const {
     if (!m_options.keepFolders) return {{}};
-    if (!place.told || place.library.empty()) return {{place.library, place.folder}};
-    std::vector<Key> keys;
-    for (const auto& told : *place.told) {
-        if (keys.size() == kMostFolders) break;
-        Key key{place.library, pathInLibrary(told)};
-        const auto depth = std::distance(key.second.begin(), key.second.end());
-        if (depth > 0 && (depth <= kDeepestPath || m_folders.contains(key)))
-            keys.push_back(std::move(key));
+    const auto& library = lies.first;
+    if (!told || library.empty()) return {lies};
+    std::vector<Place> places;
+    for (const auto& path : *told) {
+        if (places.size() == kMostFolders) break;
+        Place place{library, pathInLibrary(path)};
+        const auto depth = std::distance(place.second.begin(), place.second.end());
+        if (depth > 0 && (depth <= kDeepestPath || m_folders.contains(place)))
+            places.push_back(std::move(place));
     }
-    return keys;
+    return places;
+}
+
+// What the store refuses is taken back: it would come once more whenever it is wanted again.
+void ImportFolders::makeWhole(const std::function<void()>& make) {
+    try {
+        m_changes.apply(make);
+    } catch (const StoreError&) {
+        takeBack();
+        throw;
+    }
 }
 
 void ImportFolders::makeNext() {
     if (m_next < m_waiting.size()) {
         makeListed(m_waiting[m_next++]);
     } else {
-        const Key key = std::move(m_wanted.front());
+        const Place place = std::move(m_wanted.front());
         m_wanted.pop_front();
-        folderFor(key);
+        folderFor(place);
     }
 }
 
@@ -106,17 +112,17 @@ void ImportFolders::makeListed(const Waiting& waiting) {
     const Uuid id = childOf(parentID, entry.name, entry.id);
     m_used.insert(id);
     m_made.emplace(entry.id, id);
-    m_folders.emplace(Key{waiting.library, fs::path(entry.path).lexically_normal()}, id);
+    m_folders.emplace(Place{waiting.library, fs::path(entry.path).lexically_normal()}, id);
 }
 
-std::optional<Uuid> ImportFolders::folderFor(const Key& key) {
-    const auto& [library, folder] = key;
+std::optional<Uuid> ImportFolders::folderFor(const Place& place) {
+    const auto& [library, folder] = place;
     // An exported library comes back to where it was.
     if (folder.empty()) return library.empty() ? m_options.intoFolder : std::nullopt;
-    if (const auto known = m_folders.find(key); known != m_folders.end()) return known->second;
+    if (const auto known = m_folders.find(place); known != m_folders.end()) return known->second;
     const auto parent = folderFor({library, folder.parent_path()});
     const Uuid id = childOf(parent, text::repaired(folder.filename().string()), std::nullopt);
-    m_folders.emplace(key, id);
+    m_folders.emplace(place, id);
     return id;
 }
 
@@ -148,7 +154,6 @@ const std::vector<Uuid>& ImportFolders::siblings(const std::optional<Uuid>& pare
     return m_siblings[{parent, name}];
 }
 
-// Else each would come once more whenever it is wanted again.
 void ImportFolders::takeBack() {
     m_changes.takeBack();
     m_seenChanges.reset();

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -25,37 +26,35 @@ class ImportFolders {
 public:
     ImportFolders(Library& library, ImportOptions options);  // the library must outlive this
 
-    /// What places a note: by what its file tells of its folders, else by where the file lies.
-    struct Place {
-        std::filesystem::path library;  ///< the exported library of the file; empty for none
-        std::filesystem::path folder;   ///< of the file, within the library or the chosen folder
-        std::optional<std::vector<std::string>> told;
-    };
+    /// An exported library, empty for none, and a folder in it or in the folder that was chosen.
+    using Place = std::pair<std::filesystem::path, std::filesystem::path>;
 
     /// From now on the folders of exported libraries are to be made, with their order and the
     /// empty ones.
     void begin(const std::vector<std::filesystem::path>& libraries);
-    /// From now on what `place` needs is to be made.
-    void want(const Place& place);
+    /// Where a note goes: by what its file tells, else by where it lies. From now on these folders
+    /// are to be made.
+    std::vector<Place> want(const Place& lies, const std::optional<std::vector<std::string>>& told);
     bool isBusy() const { return m_next < m_waiting.size() || !m_wanted.empty(); }
     /// Makes folders until `end`, as one commit.
     void work(std::chrono::steady_clock::time_point end);
 
-    /// The folders of a note, made now if `work` did not.
-    std::vector<Uuid> foldersAt(const Place& place);
+    /// The folders at `places`, made now if `work` did not.
+    std::vector<Uuid> foldersAt(const std::vector<Place>& places);
 
 private:
     struct Waiting {
         std::filesystem::path library;
         LibraryManifest::FolderEntry entry;
     };
-    using Key = std::pair<std::filesystem::path, std::filesystem::path>;
     using Siblings = std::pair<std::optional<Uuid>, std::string>;  // below a parent, of one name
 
-    std::vector<Key> keysOf(const Place& place) const;
+    std::vector<Place> placesOf(const Place& lies,
+                                const std::optional<std::vector<std::string>>& told) const;
+    void makeWhole(const std::function<void()>& make);
     void makeNext();
     void makeListed(const Waiting& waiting);
-    std::optional<Uuid> folderFor(const Key& key);
+    std::optional<Uuid> folderFor(const Place& place);
     Uuid childOf(const std::optional<Uuid>& parent,
                  const std::string& name,
                  const std::optional<Uuid>& wanted);
@@ -70,8 +69,8 @@ private:
     std::size_t m_next = 0;
     std::map<Uuid, Uuid> m_made;      // by the id in the manifest
     std::unordered_set<Uuid> m_used;  // by entries of a manifest: names may be there twice
-    std::deque<Key> m_wanted;
-    std::map<Key, Uuid> m_folders;
+    std::deque<Place> m_wanted;
+    std::map<Place, Uuid> m_folders;
     std::map<Siblings, std::vector<Uuid>> m_siblings;  // all the library's, as of m_seenChanges
     std::optional<std::size_t> m_seenChanges;
 };

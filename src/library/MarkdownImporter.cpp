@@ -65,7 +65,7 @@ public:
 private:
     struct Read {
         std::shared_ptr<ImportUnit> unit;
-        ImportFolders::Place place;
+        std::vector<ImportFolders::Place> places;
     };
     struct Borrowed {
         Uuid noteID;
@@ -153,8 +153,7 @@ private:
         auto unit = std::make_shared<ImportUnit>(std::get<ImportUnit>(std::move(read)));
         if (!isWanted(*unit)) return;
         m_bytesRead += unit->size();
-        m_read.push_back({unit, {file.library, file.folder, std::move(unit->folders)}});
-        m_folders.want(m_read.back().place);
+        m_read.push_back({unit, m_folders.want({file.library, file.folder}, unit->folders)});
     }
 
     void makeFolders() {
@@ -177,9 +176,9 @@ private:
 
     void storeRead() {
         std::vector<ImportBatch::Unit> units;
-        for (const auto& [unit, place] : std::exchange(m_read, {})) {
+        for (const auto& [unit, places] : std::exchange(m_read, {})) {
             try {
-                unit->note.folderIDs = m_folders.foldersAt(place);
+                unit->note.folderIDs = m_folders.foldersAt(places);
                 units.push_back(unit);
             } catch (const StoreError& error) {
                 fail(*unit, error);

@@ -312,8 +312,8 @@ std::vector<Uuid> NoteListViewModel::idsAt(const std::vector<std::size_t>& posit
     try {
         const ReadTransaction reading(m_library.controller.viewContext().database());
         for (const auto position : positions) {
-            const auto id = m_library.listing.idOf(m_rows.at(position));
-            if (id) ids.push_back(*id);
+            if (position >= m_rows.size()) continue;
+            if (const auto id = m_library.listing.idOf(m_rows[position])) ids.push_back(*id);
         }
     } catch (const StoreError& error) {
         logFailure("Error loading notes:", error);

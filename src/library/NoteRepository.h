@@ -51,7 +51,7 @@ public:
     void deletePermanently(const Uuid& id) override;
 
     /// As `create`; of a note that cannot be saved nothing stays for the next save, so that trying
-    /// again makes no second one. For text that is safe elsewhere.
+    /// again makes no second one. For text that is safe elsewhere, outside a group.
     void createOrRefuse(const Note& note);
 
     /// Every note that mirrors a file, those in archive and trash included.

@@ -132,6 +132,8 @@ void ImageFlow::followDrops() {
 
 bool ImageFlow::drop(GdkDrop* drop, double x, double y) {
     if (!m_session.editor.note()) return false;
+    // The view's own target, which the drop does not reach, would go on showing that it takes it.
+    m_view.unset_state_flags(Gtk::StateFlags::DROP_ACTIVE);
     int textX = 0;
     int textY = 0;
     m_view.window_to_buffer_coords(Gtk::TextWindowType::WIDGET, static_cast<int>(x),

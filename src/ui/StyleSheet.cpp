@@ -17,7 +17,8 @@ namespace {
 
 /// The rules that need no value: they refer to the colours defined before them.
 constexpr std::string_view kRules = R"css(
-.dim-label, row .subtitle, text > placeholder { opacity: 0.72; }
+.dim-label, row .subtitle { opacity: 0.72; }
+text > placeholder { opacity: 0.72; }
 .corvel-sidebar, .corvel-sidebar headerbar {
     background-color: @corvel_sidebar; color: @corvel_sidebar_text;
 }

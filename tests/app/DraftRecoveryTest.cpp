@@ -67,6 +67,12 @@ protected:
         EXPECT_TRUE(turnUntil([&] { return !run.drafts().empty(); }));
         return id;
     }
+    void changeElsewhere(const Uuid& id, const std::string& content) {
+        ProgramRun run(folder.path());
+        Note note = run.session.library.notes.fetchNote(id).value();
+        note.content = content;
+        run.session.library.notes.update(note);
+    }
     std::filesystem::path draftFolder() const { return folder.path() / "qnoCorvel_drafts"; }
 
     TemporaryFolder folder;
@@ -136,12 +142,7 @@ TEST_F(DraftRecoveryTest, WordsOfAChangedOrDeletedNoteBecomeANoteOfTheirOwn) {
     const Uuid id = crashAfterTyping("# Plan", " of mine");
     const auto away = folder.path() / "away";
     std::filesystem::rename(draftFolder(), away);
-    {
-        ProgramRun run(folder.path());
-        Note note = run.session.library.notes.fetchNote(id).value();
-        note.content = "# Plan of others";
-        run.session.library.notes.update(note);
-    }
+    changeElsewhere(id, "# Plan of others");
     std::filesystem::rename(away, draftFolder());
     Uuid copy;
     {
@@ -291,12 +292,7 @@ TEST_F(DraftRecoveryTest, ATitleAloneComesBackToo) {
 TEST_F(DraftRecoveryTest, ATitleOfWordsThatTheNoteGotAnotherWayComesBackWithoutASecondNote) {
     const Uuid id = crashAfterTyping("0", "");
     std::filesystem::remove_all(draftFolder());
-    {
-        ProgramRun run(folder.path());
-        Note note = run.session.library.notes.fetchNote(id).value();
-        note.content = "01";
-        run.session.library.notes.update(note);
-    }
+    changeElsewhere(id, "01");
     DraftJournal journal(draftFolder());
     journal.add({1, 0, "1"});
     journal.addTitle("Own");
@@ -331,12 +327,7 @@ TEST_F(DraftRecoveryTest, DraftsOfOneNoteAreTakenInTheOrderTheyWereWritten) {
 
 TEST_F(DraftRecoveryTest, AStoredTextThatIsNoTextIsKnownAgain) {
     const Uuid id = crashAfterTyping("a", "");
-    {
-        ProgramRun run(folder.path());
-        Note note = run.session.library.notes.fetchNote(id).value();
-        note.content = "a\xFFz";
-        run.session.library.notes.update(note);
-    }
+    changeElsewhere(id, "a\xFFz");
     DraftJournal journal(draftFolder());
     journal.add({3, 0, "!"});
     journal.flush(id, "a\xFFz", {});
@@ -364,12 +355,7 @@ TEST_F(DraftRecoveryTest, WordsOfAChangedNoteComeBackWhereItLiesAndOnlyIfThereAr
         std::filesystem::copy(run.drafts().at(0), folder.path() / "text.draft");
     }
     std::filesystem::remove_all(draftFolder());
-    {
-        ProgramRun run(folder.path());
-        Note note = run.session.library.notes.fetchNote(id).value();
-        note.content = "# Plan of others";
-        run.session.library.notes.update(note);
-    }
+    changeElsewhere(id, "# Plan of others");
     std::filesystem::create_directory(draftFolder());
     std::filesystem::rename(folder.path() / "title.draft", draftFolder() / "title.draft");
     std::filesystem::rename(folder.path() / "text.draft", draftFolder() / "text.draft");

@@ -85,6 +85,8 @@ TEST_P(Contrast, OfEveryTextOnItsPaneIsEnough) {
     for (const Color& ground : {list, editor, rules.color("popover_bg_color")}) {
         readable(text, ground, rules.opacity(".dim-label"), "dimmed text");
     }
+    // The toolkit draws an entry's ground with a tenth of the text's colour.
+    readable(text, mixed(text, list, 0.1), rules.opacity("text > placeholder"), "placeholder");
 }
 
 TEST_P(Contrast, OfChipsAndSelectedRowsIsEnough) {
